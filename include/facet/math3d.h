@@ -131,10 +131,12 @@ FACET_API void ComputeTangentBasis(const vector3d& P0, const vector3d& P1, const
 /// its length is at most 1e-5 times the product of its factors' lengths (edges parallel to
 /// within about 1e-5 rad; the face axes already cover that case).
 ///
-/// On each axis the corner sets project to intervals [min1, max1] and [min2, max2], and their
-/// overlap depth is min(max1, max2) − max(min1, min2). The boxes overlap when the depth exceeds
-/// `tolerance` on every axis (strictly). So with tolerance 0 touching boxes do not overlap; a
-/// positive tolerance lets boxes interpenetrate by up to that distance, and a negative one
-/// counts boxes within that gap as overlapping. A NaN anywhere gives false.
+/// On each axis the corner sets project to intervals [min1, max1] and [min2, max2], and the
+/// penetration depth is min(max1 − min2, max2 − min1): how far (world units) one box must move
+/// along the axis to clear the other, negative for a gap. The boxes overlap when the depth
+/// exceeds `tolerance` on every axis (strictly). So with tolerance 0 touching boxes do not
+/// overlap while a flat box inside a solid one does; a positive tolerance lets boxes
+/// interpenetrate by up to that distance, and a negative one counts boxes within that gap as
+/// overlapping. A NaN anywhere gives false.
 FACET_API bool test_overlapping_boxes(const vector3d& size1, const matrix44d& m1,
                                       const vector3d& size2, const matrix44d& m2, double tolerance);

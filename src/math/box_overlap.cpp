@@ -35,13 +35,13 @@ interval project(const box_corners& box, const vector3d& axis) {
     return r;
 }
 
-// True when `axis` (any length) separates the boxes, i.e. their projections overlap by no more
-// than `tolerance`. A zero-length axis separates nothing.
+// True when `axis` (any length) separates the boxes: along it, the distance either box would have
+// to move to clear the other is no more than `tolerance`. A zero-length axis separates nothing.
 bool separates(const box_corners& a, const box_corners& b, vector3d axis, double tolerance) {
     if (axis.normalize() == 0.0) return false;
     const interval ia = project(a, axis);
     const interval ib = project(b, axis);
-    const double depth = std::min(ia.high, ib.high) - std::max(ia.low, ib.low);
+    const double depth = std::min(ia.high - ib.low, ib.high - ia.low);
     return !(depth > tolerance);
 }
 
