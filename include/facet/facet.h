@@ -1,6 +1,7 @@
 // The whole public interface of facet in one include.
 #pragma once
 
+#include "facet/appearance.h"
 #include "facet/carray.h"
 #include "facet/check.h"
 #include "facet/export.h"
