@@ -1,8 +1,11 @@
 // The whole public interface of facet in one include.
 #pragma once
 
+#include "facet/camera.h"
 #include "facet/carray.h"
 #include "facet/check.h"
 #include "facet/export.h"
 #include "facet/geometry.h"
 #include "facet/math3d.h"
+#include "facet/projector.h"
+#include "facet/spaces.h"
