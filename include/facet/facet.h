@@ -2,8 +2,11 @@
 #pragma once
 
 #include "facet/appearance.h"
+#include "facet/camera.h"
 #include "facet/carray.h"
 #include "facet/check.h"
 #include "facet/export.h"
 #include "facet/geometry.h"
 #include "facet/math3d.h"
+#include "facet/projector.h"
+#include "facet/spaces.h"
