@@ -6,4 +6,6 @@
 #include "facet/check.h"
 #include "facet/export.h"
 #include "facet/geometry.h"
+#include "facet/ifs.h"
 #include "facet/math3d.h"
+#include "facet/objects.h"
