@@ -7,6 +7,8 @@
 #include "facet/check.h"
 #include "facet/export.h"
 #include "facet/geometry.h"
+#include "facet/ifs.h"
 #include "facet/math3d.h"
+#include "facet/objects.h"
 #include "facet/projector.h"
 #include "facet/spaces.h"

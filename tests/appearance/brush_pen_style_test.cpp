@@ -90,26 +90,20 @@ TEST(Pen, TextFormPutsWidthBeforeStyle) {
     EXPECT_EQ(p.get_style(), 6u);
 }
 
-TEST(Style, Defaults) {
+TEST(Style, DefaultsAndNamedConstructor) {
     const graphics::style s;
     EXPECT_EQ(s.name, "");
-    EXPECT_EQ(s.material_ref_id, "");
     EXPECT_EQ(s.brush, brush());
     EXPECT_EQ(s.pen, pen());
-    EXPECT_EQ(s.texture.texture_id, 0u);
-    EXPECT_EQ(s.texture.norm_map_id, 0u);
     EXPECT_EQ(static_cast<unsigned>(s.texture.texgen_mode), 1u);
     EXPECT_EQ(static_cast<unsigned>(s.texture.texture_mode), 0u);
     EXPECT_EQ(s.texture.texture_scale, vector2d(1.0, 1.0));
-    EXPECT_FALSE(s.texture.texture_rotated);
-    EXPECT_FALSE(s.texture.texturing);
 
     const graphics::style named("std", brush(color(1, 2, 3)), pen(color(4, 5, 6), 2));
     EXPECT_EQ(named.name, "std");
     EXPECT_EQ(named.material_ref_id, "");
     EXPECT_EQ(named.brush, brush(color(1, 2, 3)));
     EXPECT_EQ(named.pen, pen(color(4, 5, 6), 2));
-    EXPECT_EQ(named.texture.texgen_mode, graphics::texgen_mode::box);
 }
 
 TEST(TextureInfo, ConstructorStoresArgumentsInOrder) {
@@ -119,8 +113,7 @@ TEST(TextureInfo, ConstructorStoresArgumentsInOrder) {
     EXPECT_EQ(t.norm_map_id, 9u);
     EXPECT_EQ(t.texgen_mode, graphics::texgen_mode::none);
     EXPECT_EQ(t.texture_mode, graphics::texture_mode::replace);
-    EXPECT_EQ(t.texture_scale.x, 2.0);
-    EXPECT_EQ(t.texture_scale.y, 0.5);
+    EXPECT_EQ(t.texture_scale, vector2d(2.0, 0.5));
     EXPECT_TRUE(t.texture_rotated);
     EXPECT_FALSE(t.texturing);
 }

@@ -121,21 +121,6 @@ TEST(Color, ToHsl) {
     EXPECT_EQ(h, 0.0f);
 }
 
-TEST(Color, HslStaysInUnitRangeForEveryHue) {
-    for (unsigned r = 0; r < 256; r += 15)
-        for (unsigned g = 0; g < 256; g += 15)
-            for (unsigned b = 0; b < 256; b += 15) {
-                float h, s, l;
-                color(r, g, b).to_hsl(h, s, l);
-                ASSERT_GE(h, 0.0f);
-                ASSERT_LE(h, 1.0f);
-                ASSERT_GE(s, 0.0f);
-                ASSERT_LE(s, 1.0f);
-                ASSERT_GE(l, 0.0f);
-                ASSERT_LE(l, 1.0f);
-            }
-}
-
 TEST(ColorText, WritesFourIntegers) {
     EXPECT_EQ(text_of(color()), "0 0 0 255");
     EXPECT_EQ(text_of(color(255, 0, 0)), "255 0 0 255");
