@@ -2,8 +2,10 @@
 #pragma once
 
 #include "facet/appearance.h"
+#include "facet/bitmap.h"
 #include "facet/carray.h"
 #include "facet/check.h"
 #include "facet/export.h"
 #include "facet/geometry.h"
 #include "facet/math3d.h"
+#include "facet/textures.h"
