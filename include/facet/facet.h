@@ -2,6 +2,7 @@
 #pragma once
 
 #include "facet/appearance.h"
+#include "facet/bitmap.h"
 #include "facet/camera.h"
 #include "facet/carray.h"
 #include "facet/check.h"
@@ -12,3 +13,4 @@
 #include "facet/objects.h"
 #include "facet/projector.h"
 #include "facet/spaces.h"
+#include "facet/textures.h"
