@@ -6,3 +6,5 @@
 #include "facet/export.h"
 #include "facet/geometry.h"
 #include "facet/math3d.h"
+#include "facet/plane.h"
+#include "facet/triangulate.h"
