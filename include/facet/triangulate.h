@@ -33,22 +33,24 @@ FACET_API bool is_ear(const std::vector<vector2<double>>& contour, const std::ve
 
 /// Triangulates the outline by ear clipping and appends the triangles to `result`, three
 /// indices into `contour` each, keeping the winding of the outline (counter-clockwise input
-/// gives counter-clockwise triangles, clockwise input clockwise ones). `result` is not
-/// cleared. Before clipping, repeated consecutive points (also a closing point equal to the
-/// first) and vertices whose edges continue straight on or double back (| |cos| − 1 | below
-/// 0.0001) are dropped; outlines left with fewer than 3 points yield nothing and no error.
-/// Vertices next to a NaN or infinite coordinate are dropped by that clean-up too.
+/// gives counter-clockwise triangles, clockwise input clockwise ones; an outline whose signed
+/// area is not positive is walked in reverse). `result` is not cleared.
 ///
-/// Clipping starts at the last remaining corner and walks the outline; after 2·n consecutive
-/// corners that are not ears (n the corners left), throws
-/// std::runtime_error("Triangulation error: bad polygon") — self-intersecting outlines usually
-/// end that way. The triangles found before the error stay appended to `result`.
+/// Before clipping, points equal to the point before them are dropped (a closing point equal to
+/// the first point makes the first one drop), then every corner whose edges continue straight
+/// on or double back (| |cos| − 1 | below 0.0001 between the unit edge directions). A point with
+/// a NaN or infinite coordinate is dropped with both its neighbours. Outlines left with fewer
+/// than 3 points yield nothing and no error.
+///
+/// The first candidate ear has its tip at the first remaining corner; the walk goes on along
+/// the outline. After 2·n consecutive corners that are not ears (n the corners left), throws
+/// std::runtime_error("Triangulation error: bad polygon"), which is how self-intersecting
+/// outlines usually end. The triangles found before the error stay appended to `result`.
 ///
 /// The result equals that of the textbook loop (test every remaining point against every
-/// candidate ear, erase clipped corners from an array), but a spatial index over the remaining
-/// corners makes the cost near-linear for ordinary outlines. Candidate ears too thin for a safe
-/// rounding bound, and outlines with coordinates beyond ±2^400, fall back to a full scan for
-/// the ears concerned (quadratic at worst). The outline may hold at most 2^32 − 1 points
+/// candidate ear, erase clipped corners from an array), but corners known to fail are skipped
+/// and a spatial index over the remaining corners answers the inside test, which makes the cost
+/// near-linear (n log n) for ordinary outlines. The outline may hold at most 2^32 − 2 points
 /// (checked precondition).
 FACET_API void triangulate(const std::vector<vector2<double>>& contour,
                            std::vector<unsigned>& result);

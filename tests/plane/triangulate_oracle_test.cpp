@@ -77,9 +77,21 @@ public:
         return o;
     }
 
+    // Points on the diagonals of the outline (the third side of the candidate ears) and on the
+    // lines of its edges, up to rounding, inserted at other positions.
+    void add_points_on_lines(outline& o, std::size_t count) {
+        for (std::size_t m = 0; m < count; ++m) {
+            const std::size_t i = below(o.size());
+            const vector2d a = o[i], b = o[(i + 1 + below(2)) % o.size()];
+            const double t = uniform(-0.5, 1.5);
+            o.insert(o.begin() + static_cast<std::ptrdiff_t>(below(o.size())),
+                     vector2d(a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t));
+        }
+    }
+
     // Random damage of the kinds the clean-up and the ear test must treat exactly.
     void mutate(outline& o) {
-        const std::size_t kinds = 8;
+        const std::size_t kinds = 10;
         const std::size_t count = 1 + below(4);
         for (std::size_t m = 0; m < count && !o.empty(); ++m) {
             const std::size_t i = below(o.size());
@@ -119,7 +131,21 @@ public:
                              vector2d((o[i].x + o[(i + 1) % o.size()].x) * 0.5,
                                       (o[i].y + o[(i + 1) % o.size()].y) * 0.5));
                     break;
-                case 6:  // a point dropped
+                case 6: {  // a point on a diagonal, up to rounding, elsewhere in the outline
+                    const vector2d a = o[i], b = o[(i + 2) % o.size()];
+                    const double t = uniform();
+                    o.insert(o.begin() + static_cast<std::ptrdiff_t>(j),
+                             vector2d(a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t));
+                    break;
+                }
+                case 7: {  // a point on the line of an edge, beyond its ends
+                    const vector2d a = o[i], b = o[(i + 1) % o.size()];
+                    const double t = chance(0.5) ? uniform(-3.0, 0.0) : uniform(1.0, 4.0);
+                    o.insert(o.begin() + static_cast<std::ptrdiff_t>(j),
+                             vector2d(a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t));
+                    break;
+                }
+                case 8:  // a point dropped
                     o.erase(o.begin() + static_cast<std::ptrdiff_t>(i));
                     break;
                 default:  // the first point repeated at the end
@@ -222,6 +248,20 @@ TEST(TriangulateOracle, SelfIntersectingOutlines) {
     }
     EXPECT_GT(t.failed_after, 300);
     EXPECT_GT(t.triangulated, 20);
+}
+
+TEST(TriangulateOracle, PointsOnDiagonalsAndEdgeLines) {
+    generator g(5);
+    tally t;
+    for (std::size_t i = 0; i < 800; ++i) {
+        const std::size_t n = 30 + g.below(i % 10 == 9 ? 600 : 150);
+        outline o = g.star(n, g.uniform(0.0, 0.5), i % 3 == 0 ? g.uniform(1.0, 20.0) : 0.0);
+        g.add_points_on_lines(o, 1 + g.below(n / 8));
+        if (g.chance(0.5)) o = reversed(o);
+        compare(o, t, "points on lines");
+    }
+    EXPECT_GT(t.triangulated, 50);
+    EXPECT_GT(t.failed_after, 50);
 }
 
 TEST(TriangulateOracle, CombsAndExtremeScales) {
