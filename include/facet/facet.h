@@ -11,6 +11,8 @@
 #include "facet/ifs.h"
 #include "facet/math3d.h"
 #include "facet/objects.h"
+#include "facet/plane.h"
 #include "facet/projector.h"
 #include "facet/spaces.h"
 #include "facet/textures.h"
+#include "facet/triangulate.h"

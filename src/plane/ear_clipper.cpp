@@ -1,0 +1,184 @@
+// The clipping loop of triangulate().
+//
+// Its output is that of the textbook loop over an index array: positions u, v, w with
+// u = v mod nv after every test, the middle position erased when it is an ear, a failure
+// counter reset to 2·nv after every ear and an error when it runs out. In that loop the next u
+// is always the corner after the current u in the remaining outline (after a failure it is the
+// old v; after an erase it is the old w, also when v was the last position and the index wraps
+// to 0). So the remaining outline is kept as a ring of prev/next links over the corners 0..n−1
+// of the cleaned-up outline, in outline order, and the loop is a walk along the ring testing
+// the corner after u as the middle of an ear.
+//
+// Most tests along that walk repeat an earlier failure: a corner whose turn is not counter-
+// clockwise stays so until a neighbour is clipped, and a corner with another corner inside its
+// triangle stays blocked until a neighbour is clipped or that corner is. Corners whose outcome
+// is not known to be a failure are kept in a set of candidates; the walk jumps straight to the
+// next candidate and charges the failure counter with the number of corners it passed over
+// (counted with a Fenwick tree over the remaining corners), throwing where the textbook loop
+// would have run out on the way. A corner leaves the candidates when its test fails and comes
+// back when a neighbour or its blocking corner is clipped.
+//
+// The test "is any other remaining corner inside the ear" searches a k-d tree over the remaining
+// corners that prunes only boxes where the exact test provably fails (see corner_tree.cpp).
+#include "plane/ear_clipper.h"
+
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+
+#include "plane/corner_tree.h"
+#include "plane/ring_index.h"
+
+namespace facet::plane_detail {
+
+namespace {
+
+constexpr unsigned none = std::numeric_limits<unsigned>::max();
+
+// Below this many remaining corners a plain scan is cheaper than the tree.
+constexpr std::size_t tree_threshold = 24;
+
+[[noreturn]] void bad_polygon() { throw std::runtime_error("Triangulation error: bad polygon"); }
+
+class ear_clipper {
+public:
+    ear_clipper(const std::vector<vector2d>& contour, const std::vector<unsigned>& order)
+        : m_order(order),
+          m_points(order.size()),
+          m_prev(order.size()),
+          m_next(order.size()),
+          m_alive(order.size(), 1),
+          m_blocker(order.size(), none),
+          m_blocked_head(order.size(), none),
+          m_candidates(order.size()),
+          m_live(order.size()),
+          m_remaining(order.size()) {
+        const std::size_t n = order.size();
+        for (std::size_t i = 0; i < n; ++i) {
+            m_points[i] = contour[order[i]];
+            m_prev[i] = static_cast<unsigned>(i == 0 ? n - 1 : i - 1);
+            m_next[i] = static_cast<unsigned>(i + 1 == n ? 0 : i + 1);
+            m_candidates.insert(i);
+        }
+    }
+
+    void run(bool reversed, std::vector<unsigned>& result) {
+        // The textbook loop starts with u at the last corner, so the first middle is corner 0.
+        long long count = 2 * static_cast<long long>(m_remaining);
+        unsigned start = 0;
+        while (m_remaining >= 3) {
+            const std::size_t found = m_candidates.find_cyclic(start);
+            if (found == id_set::npos) bad_polygon();
+            const auto skipped = static_cast<long long>(m_live.distance(start, found));
+            if (skipped >= count) bad_polygon();  // the counter runs out on the way
+            count -= skipped + 1;
+
+            const auto m = static_cast<unsigned>(found);
+            const unsigned u = m_prev[m];
+            const unsigned w = m_next[m];
+            if (is_ear(u, m, w)) {
+                if (reversed)
+                    result.insert(result.end(), {m_order[w], m_order[m], m_order[u]});
+                else
+                    result.insert(result.end(), {m_order[u], m_order[m], m_order[w]});
+                clip(m);
+                count = 2 * static_cast<long long>(m_remaining);
+                start = m_next[w];
+            } else {
+                start = m_next[m];
+            }
+        }
+    }
+
+private:
+    // The ear test of the corners u, v, w (consecutive in the ring). On failure v leaves the
+    // candidates, and a corner found inside is remembered as its blocker.
+    bool is_ear(unsigned u, unsigned v, unsigned w) {
+        const vector2d& P = m_points[u];
+        const vector2d& Q = m_points[v];
+        const vector2d& R = m_points[w];
+        const double twice_area = cross(Q - P, R - P);
+        if (twice_area <= 0.0) {
+            m_candidates.erase(v);
+            return false;
+        }
+        if (m_remaining == 3) return true;
+        const unsigned blocker = find_inside(u, v, w);
+        if (blocker == none) return true;
+        m_candidates.erase(v);
+        m_blocker[v] = blocker;
+        m_blocked_pool.push_back({v, m_blocked_head[blocker]});
+        m_blocked_head[blocker] = static_cast<unsigned>(m_blocked_pool.size() - 1);
+        return false;
+    }
+
+    // A remaining corner other than u, v, w inside the triangle u, v, w, or none.
+    unsigned find_inside(unsigned u, unsigned v, unsigned w) {
+        if (m_remaining >= tree_threshold) {
+            // (Re)built from the ring when missing or when more than half of its corners are gone.
+            if (m_tree.size() == 0 || 2 * m_remaining < m_tree.size())
+                m_tree.build(m_points, m_next, u, m_remaining);
+            const unsigned found = m_tree.find_inside(m_points, m_alive, u, v, w);
+            return found == corner_tree::none ? none : found;
+        }
+        const vector2d& P = m_points[u];
+        const vector2d& Q = m_points[v];
+        const vector2d& R = m_points[w];
+        for (unsigned k = m_next[w]; k != u; k = m_next[k])
+            if (inside_ccw(m_points[k], P, Q, R)) return k;
+        return none;
+    }
+
+    // Removes the ear tip v from the ring; its neighbours and the corners it blocked become
+    // candidates again.
+    void clip(unsigned v) {
+        const unsigned u = m_prev[v];
+        const unsigned w = m_next[v];
+        m_next[u] = w;
+        m_prev[w] = u;
+        m_alive[v] = 0;
+        m_live.kill(v);
+        m_tree.kill(v);
+        m_candidates.erase(v);
+        --m_remaining;
+        reconsider(u);
+        reconsider(w);
+        for (unsigned e = m_blocked_head[v]; e != none; e = m_blocked_pool[e].next) {
+            const unsigned corner = m_blocked_pool[e].corner;
+            if (m_alive[corner] && m_blocker[corner] == v) reconsider(corner);
+        }
+        m_blocked_head[v] = none;
+    }
+
+    void reconsider(unsigned corner) {
+        m_blocker[corner] = none;
+        m_candidates.insert(corner);
+    }
+
+    struct blocked_entry {
+        unsigned corner;
+        unsigned next;  // the next entry of the same blocker's list, or none
+    };
+
+    const std::vector<unsigned>& m_order;
+    std::vector<vector2d> m_points;
+    std::vector<unsigned> m_prev;
+    std::vector<unsigned> m_next;
+    std::vector<unsigned char> m_alive;
+    std::vector<unsigned> m_blocker;       // the corner inside this corner's ear, or none
+    std::vector<unsigned> m_blocked_head;  // per corner, the list of corners it blocked
+    std::vector<blocked_entry> m_blocked_pool;
+    id_set m_candidates;  // corners whose next test is not known to fail
+    live_counts m_live;
+    std::size_t m_remaining;
+    corner_tree m_tree;
+};
+
+}  // namespace
+
+void clip_ears(const std::vector<vector2d>& contour, const std::vector<unsigned>& order,
+               bool reversed, std::vector<unsigned>& result) {
+    ear_clipper(contour, order).run(reversed, result);
+}
+
+}  // namespace facet::plane_detail

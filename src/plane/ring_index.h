@@ -1,0 +1,122 @@
+// Internal helpers of the ear clipper: a set of corner ids with "first member at or after"
+// queries, and running counts of the remaining corners for distances along the ring.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace facet::plane_detail {
+
+/// A set of ids 0..n−1 as a bit tree of 64-bit words: level 0 holds one bit per id, each
+/// higher level one bit per non-empty word below. Insert, erase and find_from take
+/// O(log64 n) word operations.
+class id_set {
+public:
+    static constexpr std::size_t npos = std::numeric_limits<std::size_t>::max();
+
+    /// An empty set of ids below n.
+    explicit id_set(std::size_t n) {
+        std::size_t bits = n;
+        do {
+            const std::size_t words = (bits + 63) / 64;
+            m_levels.emplace_back(words, 0);
+            bits = words;
+        } while (bits > 1);
+    }
+
+    void insert(std::size_t id) {
+        for (std::vector<std::uint64_t>& level : m_levels) {
+            std::uint64_t& word = level[id >> 6];
+            const bool was_empty = word == 0;
+            word |= std::uint64_t(1) << (id & 63);
+            if (!was_empty) return;
+            id >>= 6;
+        }
+    }
+
+    void erase(std::size_t id) {
+        for (std::vector<std::uint64_t>& level : m_levels) {
+            std::uint64_t& word = level[id >> 6];
+            word &= ~(std::uint64_t(1) << (id & 63));
+            if (word != 0) return;
+            id >>= 6;
+        }
+    }
+
+    bool contains(std::size_t id) const { return (m_levels[0][id >> 6] >> (id & 63)) & 1; }
+
+    /// The smallest member ≥ id, or npos.
+    std::size_t find_from(std::size_t id) const {
+        // Climb until a word holds a member at or after the position, then descend to the
+        // lowest member under it.
+        std::size_t level = 0;
+        for (;;) {
+            if (level == m_levels.size()) return npos;
+            const std::vector<std::uint64_t>& words = m_levels[level];
+            if ((id >> 6) >= words.size()) return npos;
+            const std::uint64_t word = words[id >> 6] & (~std::uint64_t(0) << (id & 63));
+            if (word != 0) {
+                id = (id & ~std::size_t(63)) | static_cast<std::size_t>(__builtin_ctzll(word));
+                break;
+            }
+            id = (id >> 6) + 1;
+            ++level;
+        }
+        while (level > 0) {
+            --level;
+            const std::uint64_t word = m_levels[level][id];
+            id = id * 64 + static_cast<std::size_t>(__builtin_ctzll(word));
+        }
+        return id;
+    }
+
+    /// The first member met walking cyclically from id (id itself included), or npos.
+    std::size_t find_cyclic(std::size_t id) const {
+        const std::size_t found = find_from(id);
+        return found != npos || id == 0 ? found : find_from(0);
+    }
+
+private:
+    std::vector<std::vector<std::uint64_t>> m_levels;
+};
+
+/// Counts of live ids below a position (a Fenwick tree), for the number of remaining corners
+/// between two corners of the ring.
+class live_counts {
+public:
+    /// All of 0..n−1 live.
+    explicit live_counts(std::size_t n) : m_tree(n + 1, 0), m_total(n) {
+        for (std::size_t i = 1; i <= n; ++i) {
+            m_tree[i] += 1;
+            const std::size_t parent = i + (i & (~i + 1));
+            if (parent <= n) m_tree[parent] += m_tree[i];
+        }
+    }
+
+    void kill(std::size_t id) {
+        --m_total;
+        for (std::size_t i = id + 1; i < m_tree.size(); i += i & (~i + 1)) --m_tree[i];
+    }
+
+    /// The number of live ids below id.
+    std::size_t below(std::size_t id) const {
+        std::size_t sum = 0;
+        for (std::size_t i = id; i > 0; i -= i & (~i + 1)) sum += m_tree[i];
+        return sum;
+    }
+
+    /// The number of live ids met walking cyclically from `from` (included) to `to` (excluded).
+    std::size_t distance(std::size_t from, std::size_t to) const {
+        const std::size_t a = below(from);
+        const std::size_t b = below(to);
+        return to >= from ? b - a : m_total - a + b;
+    }
+
+private:
+    std::vector<std::size_t> m_tree;
+    std::size_t m_total;
+};
+
+}  // namespace facet::plane_detail
