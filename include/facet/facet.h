@@ -10,5 +10,6 @@
 #include "facet/ifs.h"
 #include "facet/math3d.h"
 #include "facet/objects.h"
+#include "facet/primitives.h"
 #include "facet/projector.h"
 #include "facet/spaces.h"
