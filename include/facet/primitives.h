@@ -86,7 +86,9 @@ public:
     /// 2^30 − 1 it fails "n <= max_cylinder_divisions".
     void set_number_of_divisions(double divisions);
 
-    /// Centre (radius, height/2, radius), extents (2 radius, height, 2 radius).
+    /// Centre (radius, height/2, radius), extents (2 radius, height, 2 radius): the box of a
+    /// cylinder placed by a corner. The mesh itself is built around the y axis (x and z in
+    /// [−radius, radius]); hosts that need the mesh's extent use indexedfaceset::get_bounds.
     boundingbox get_boundingbox() const override;
     /// A new cylinder (caller owns it): base copy plus height, radius and divisions.
     cylinder* clone() const override;
@@ -118,7 +120,8 @@ public:
     void set_height(double h);
     void set_radius(double r);
 
-    /// Centre (radius, height/2, radius), extents (2 radius, height, 2 radius).
+    /// As for the cylinder: centre (radius, height/2, radius), extents (2 radius, height,
+    /// 2 radius), while the mesh is built around the y axis.
     boundingbox get_boundingbox() const override;
     /// A new cone (caller owns it): base copy plus height and radius.
     cone* clone() const override;
