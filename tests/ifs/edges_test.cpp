@@ -127,17 +127,6 @@ TEST(SharpEdges, ThresholdIsInclusive) {
     EXPECT_TRUE(fs.get_edge(1).drawn());  // open
 }
 
-TEST(VisibleEdges, BoxKeepsItsSharpEdges) {
-    primitives::box b;
-    indexedfaceset& fs = b.get_mesh();
-    std::vector<std::uint32_t> before;
-    for (std::uint32_t e = 0; e < fs.num_edges(); ++e) before.push_back(fs.get_edge(e).flags);
-    // A view that would mark every diagonal as a silhouette (faces edge-on).
-    const camera cam(vector3d(0.5, 5.0, 0.5), vector3d(0.0, -1.0, 0.0));
-    fs.determine_visible_edges(cam, orthographic_projector(), 65.0);
-    for (std::uint32_t e = 0; e < fs.num_edges(); ++e) EXPECT_EQ(fs.get_edge(e).flags, before[e]);
-}
-
 namespace {
 
 // The vertical side edge at ring position i of a cylinder: the first half-edge of side face

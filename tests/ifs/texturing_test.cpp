@@ -132,22 +132,6 @@ TEST(TextureParams, SeveralStylesKeepTheirSettings) {
     EXPECT_EQ(fs.get_tangent(5), vector3d(1, 0, 0));
 }
 
-TEST(TextureParams, EmptyFaceSetGetsTheStandardStyle) {
-    indexedfaceset fs;
-    two_like_faces(fs);
-    primitives::box object;
-    object.set_texture_rotated(true);
-    object.set_texgen_mode(graphics::texgen_mode::object_linear);
-    fs.texcoords().resize(1);  // mode object_linear generates none; the faces point at this one
-    fs.set_texture_params(object);
-    EXPECT_EQ(fs.num_texcoords(), 1u);
-    ASSERT_EQ(fs.num_styles(), 1u);
-    EXPECT_EQ(fs.get_style(0).name, "std");
-    EXPECT_EQ(fs.get_style(0).texture.texgen_mode, graphics::texgen_mode::object_linear);
-    EXPECT_FALSE(fs.get_style(0).texture.texture_rotated);  // only the face set's flag is set
-    EXPECT_TRUE(fs.texture_rotated());
-}
-
 TEST(TangentSpace, FollowsTheTextureAxes) {
     primitives::box b(2, 2, 2);
     const indexedfaceset& fs = b.get_mesh();
