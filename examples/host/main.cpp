@@ -1,78 +1,110 @@
-// A minimal host: places a few boxes in a scene, looks at them through a camera and prints what
-// facet computes for them (world bounds, screen positions, overlaps, the combined matrix).
+// A minimal host: builds a small scene of primitives (a box as floor, a cylinder standing on it
+// and a cone on top of the cylinder as its child), looks at it through a camera and prints what
+// facet made of it: mesh sizes, bounds, outline edges for the view and world matrices.
 #include <facet/facet.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <vector>
 
 namespace {
-
-struct placed_box {
-    const char* name;
-    vector3d size;
-    matrix44d placement;
-};
 
 void print_matrix(const char* title, const matrix44d& m) {
     std::printf("%s\n", title);
     for (int r = 0; r < 4; ++r)
-        std::printf("  [%10.4f %10.4f %10.4f %10.4f]\n", m(r, 0), m(r, 1), m(r, 2), m(r, 3));
+        std::printf("  [%9.4f %9.4f %9.4f %9.4f]\n", m(r, 0), m(r, 1), m(r, 2), m(r, 3));
+}
+
+// Edges drawn as outlines: a paired edge counts once, an open edge once.
+unsigned drawn_edges(const indexedfaceset& mesh) {
+    unsigned n = 0;
+    for (std::uint32_t e = 0; e < mesh.num_edges(); ++e) {
+        const halfedge& h = mesh.get_edge(e);
+        if (h.drawn() && (h.m_twinedge == nullptr || h.m_twinedge > &h)) ++n;
+    }
+    return n;
+}
+
+// The camera as seen from the object: the mesh is in object space.
+camera camera_in_object_space(const camera& cam, const primitives::basic_object& o) {
+    const matrix44d to_object = inverse(primitives::calc_transformation_matrix(o));
+    return camera(transform_vector(to_object, cam.get_position()),
+                  transform_vector_3x3(to_object, cam.get_direction()),
+                  transform_vector_3x3(to_object, cam.get_updir()));
+}
+
+void report(const primitives::basic_object& o, const camera& cam, const projector& proj,
+            const matrix44d& to_screen) {
+    indexedfaceset& mesh = o.get_mesh();
+    const unsigned sharp = drawn_edges(mesh);
+    mesh.determine_visible_edges(camera_in_object_space(cam, o), proj,
+                                 mesh.get_visible_edge_treshold());
+    const unsigned outline = drawn_edges(mesh);
+
+    const matrix44d world = primitives::calc_transformation_matrix(o);
+    vector3d lo(1e300, 1e300, 1e300), hi(-1e300, -1e300, -1e300);
+    double sx_lo = 1e300, sx_hi = -1e300, sy_lo = 1e300, sy_hi = -1e300;
+    for (std::uint32_t v = 0; v < mesh.num_vertices(); ++v) {
+        const vector3d p = transform_vector(world, mesh.get_vertex(v));
+        lo = {std::min(lo.x, p.x), std::min(lo.y, p.y), std::min(lo.z, p.z)};
+        hi = {std::max(hi.x, p.x), std::max(hi.y, p.y), std::max(hi.z, p.z)};
+        const vector3d s = transform_vector(to_screen, p);
+        sx_lo = std::min(sx_lo, s.x);
+        sx_hi = std::max(sx_hi, s.x);
+        sy_lo = std::min(sy_lo, s.y);
+        sy_hi = std::max(sy_hi, s.y);
+    }
+    const primitives::boundingbox b = o.get_boundingbox();
+    std::printf("%-8s %-8s parent %-8s %3u vertices %3u faces %3u half-edges\n",
+                o.get_name().c_str(), o.class_id().c_str(), o.get_parentname().c_str(),
+                mesh.num_vertices(), mesh.num_faces(), mesh.num_edges());
+    std::printf("         bounding box centre (%.2f, %.2f, %.2f) size %.2f x %.2f x %.2f\n",
+                b.center.x, b.center.y, b.center.z, b.width, b.height, b.depth);
+    std::printf("         world bounds (%.2f, %.2f, %.2f) .. (%.2f, %.2f, %.2f)\n", lo.x, lo.y,
+                lo.z, hi.x, hi.y, hi.z);
+    std::printf("         on screen x %.0f .. %.0f px, y %.0f .. %.0f px\n", sx_lo, sx_hi, sy_lo,
+                sy_hi);
+    std::printf("         %u sharp edges, %u outline edges for this view%s\n", sharp, outline,
+                outline == sharp ? " (no silhouettes)" : "");
 }
 
 }  // namespace
 
 int main() {
-    placed_box scene[3];
-    scene[0] = {"floor", {10.0, 0.2, 10.0}, matrix44d::identity()};
-    make_translation_matrix(scene[1].placement, 2.0, 0.2, 2.0);
-    scene[1].name = "crate";
-    scene[1].size = {1.0, 1.0, 1.0};
-    make_translation_matrix(scene[2].placement, 2.5, 0.2, 2.5);
-    append_rotation(scene[2].placement, 45.0, 0.0, 1.0, 0.0);
-    scene[2].name = "turned crate";
-    scene[2].size = {1.0, 2.0, 1.0};
+    primitives::box floor(6.0, 0.2, 6.0);
+    floor.set_name("floor");
+    floor.set_smoothing_threshold_angle(30.0);
 
-    // Camera looking from the front-right down onto the scene, perspective 60°, 640x480 window.
-    matrix44d view, projection, viewport;
-    calc_view_matrix({12.0, 8.0, 12.0}, {-1.0, -0.6, -1.0}, {0.0, 1.0, 0.0}, view);
-    calc_perspective_matrix(60.0, 640.0 / 480.0, 0.1, 100.0, projection);
-    calc_viewport_matrix(0.0, 0.0, 640.0, 480.0, viewport);
-    const matrix44d to_screen = viewport * projection * view;
+    primitives::cylinder post(2.0, 0.5, 24);
+    post.set_name("post");
+    post.set_parent(&floor);
+    post.set_position(vector3d(3.0, 0.2, 3.0));  // on the floor's top, axis at its centre
+    post.set_smoothing_threshold_angle(30.0);
 
-    std::printf("facet example host: %zu boxes\n\n", sizeof scene / sizeof scene[0]);
-    for (const placed_box& box : scene) {
-        vector3d low(1e300, 1e300, 1e300), high(-1e300, -1e300, -1e300);
-        double sx_min = 1e300, sx_max = -1e300, sy_min = 1e300, sy_max = -1e300;
-        for (int i = 0; i < 8; ++i) {
-            const vector3d local((i >> 2) * box.size.x, ((i >> 1) & 1) * box.size.y,
-                                 (i & 1) * box.size.z);
-            const vector3d world = transform_vector(box.placement, local);
-            low = {std::min(low.x, world.x), std::min(low.y, world.y), std::min(low.z, world.z)};
-            high = {std::max(high.x, world.x), std::max(high.y, world.y),
-                    std::max(high.z, world.z)};
-            const vector3d screen = transform_vector(to_screen, world);
-            sx_min = std::min(sx_min, screen.x);
-            sx_max = std::max(sx_max, screen.x);
-            sy_min = std::min(sy_min, screen.y);
-            sy_max = std::max(sy_max, screen.y);
-        }
-        std::printf("%-13s world bounds (%.3f, %.3f, %.3f) .. (%.3f, %.3f, %.3f)\n", box.name,
-                    low.x, low.y, low.z, high.x, high.y, high.z);
-        std::printf("%-13s on screen    x %.1f .. %.1f px, y %.1f .. %.1f px\n", "", sx_min, sx_max,
-                    sy_min, sy_max);
-    }
+    primitives::cone cap(1.0, 0.8);
+    cap.set_name("cap");
+    cap.set_parent(&post);
+    cap.set_position(vector3d(0.0, 2.0, 0.0));  // on the post's top
+    cap.set_orientation(vector3d(0.0, 1.0, 0.0), 15.0);
+    cap.set_smoothing_threshold_angle(30.0);
 
-    std::printf("\noverlaps (tolerance 1e-9):\n");
-    for (int i = 0; i < 3; ++i)
-        for (int j = i + 1; j < 3; ++j)
-            std::printf("  %-13s x %-13s %s\n", scene[i].name, scene[j].name,
-                        test_overlapping_boxes(scene[i].size, scene[i].placement, scene[j].size,
-                                               scene[j].placement, 1e-9)
-                            ? "overlap"
-                            : "apart");
+    const std::vector<const primitives::basic_object*> scene{&floor, &post, &cap};
+
+    // Viewer in front, to the right and above; perspective 60 degrees, 640 x 480 pixels.
+    const camera cam(vector3d(11.0, 7.0, 13.0), vector3d(-8.0, -5.5, -10.0));
+    perspective_projector proj(60.0, 640.0 / 480.0, 0.1, 100.0);
+    proj.set_viewport(0.0, 0.0, 640.0, 480.0);
+    matrix44d view, screen;
+    cam.get_matrix(view);
+    proj.get_matrix(screen);
+    const matrix44d to_screen = screen * view;
+
+    std::printf("facet example host: %zu primitives\n\n", scene.size());
+    for (const primitives::basic_object* o : scene) report(*o, cam, proj, to_screen);
 
     std::printf("\n");
+    print_matrix("world matrix of \"cap\" (floor x post x cap placement):",
+                 primitives::calc_transformation_matrix(cap));
     print_matrix("world to screen (viewport x projection x view):", to_screen);
-    print_matrix("screen back to world (inverse):", inverse(to_screen));
     return 0;
 }

@@ -12,6 +12,7 @@
 #include "facet/math3d.h"
 #include "facet/objects.h"
 #include "facet/plane.h"
+#include "facet/primitives.h"
 #include "facet/projector.h"
 #include "facet/spaces.h"
 #include "facet/textures.h"

@@ -18,9 +18,19 @@
 #include "facet/export.h"
 #include "facet/geometry.h"
 
+class camera;
+class projector;
+
 namespace primitives {
 class basic_object;
-}
+class box;
+class cylinder;
+class cone;
+}  // namespace primitives
+
+/// A 2×3 matrix of doubles mapping an object-space position p to texture coordinates:
+/// u = row 0 · p, v = row 1 · p (element access m(row, column); no translation column).
+using matrix2x3 = matrix<double, 2, 3>;
 
 /// A texture coordinate (u, v). Default (0, 0).
 struct FACET_API texcoord {
@@ -224,7 +234,110 @@ public:
     /// per face.
     void compute_normals();
 
+    // ---- connectivity and outline marks ----
+
+    /// Builds the half-edges: three per face (half-edge 3i + k leaves corner k of face i), each
+    /// linked to its face and to the next and previous half-edge of that face, and pairs them
+    /// as twins by vertex index (positions are not compared). Twins are searched vertex by
+    /// vertex in index order: a half-edge u → v pairs with the first half-edge v → u ending at
+    /// u (in face order) if that one is still unpaired. So an edge of two consistently wound
+    /// faces is paired; an edge whose faces run the same way is not; on an edge shared by three
+    /// or more faces only the first pair in face order is linked and the rest stay open. The
+    /// draw marks are cleared. A vertex index beyond the vertices fails "index < m_size".
+    /// Afterwards the face and edge arrays must not be resized.
+    void construct_halfedge_data();
+
+    /// Marks the outline edges that do not depend on the view: an edge whose two faces meet at
+    /// `angle` degrees or more (dot of the face normals <= cos(angle)) is drawn on both half-
+    /// edges, a smoother edge is cleared on both, and every open half-edge is drawn. Needs
+    /// construct_halfedge_data.
+    void determine_sharp_edges(double angle);
+
+    /// Marks the outline edges for a view: creases as in determine_sharp_edges (`angle` in
+    /// degrees), plus silhouette edges, where the two faces do not lie clearly on the same side
+    /// of the view direction (a tolerance of 0.017453292519943295 on the dot products of the face
+    /// normals with proj.get_viewvector(start vertex, cam), so a grazing face counts as a
+    /// silhouette). Other paired edges are cleared; open half-edges are drawn. Positions are
+    /// passed to the projector as they are stored, so `cam` must be given in the face set's own
+    /// space. Does nothing at all on a box's face set, whose outline is its sharp edges. Needs
+    /// construct_halfedge_data.
+    void determine_visible_edges(const camera& cam, const projector& proj, double angle);
+
+    // ---- texture coordinates and tangent frames ----
+
+    /// Box-projected texture coordinates for every face whose style index names a style:
+    /// resizes the texture coordinates, tangents and bitangents to three per face (all zero),
+    /// then per face projects its corners along the dominant axis of its normal, scaled by its
+    /// style's texture scale (rotated by a quarter turn when texture_rotated() is set). Faces
+    /// without a valid style index keep their texture-coordinate indices, and the coordinates
+    /// in their slots stay (0, 0).
+    void gen_texcoords_box();
+
+    /// Texture coordinates of face `face_index` from the matrix of its normal's dominant axis
+    /// (largest absolute component; on a tie x before y before z): rotated[axis] when
+    /// texture_rotated() is set, else plain[axis]. Writes coordinates 3i, 3i + 1, 3i + 2 (as
+    /// floats) and points the face's texture-coordinate indices at them. An index out of range
+    /// (face, or texture coordinates not sized to three per face) fails "index < m_size".
+    void gen_texcoords_for_face(const matrix2x3 (&plain)[3], const matrix2x3 (&rotated)[3],
+                                std::uint32_t face_index);
+
+    /// Flat tangent frames: per face, ComputeTangentBasis of its positions and texture
+    /// coordinates, stored in the face and in its three corner tangents and bitangents (zero
+    /// vectors where the texture coordinates are degenerate). A texture-coordinate index beyond
+    /// the texture coordinates (for example none were generated) fails "index < m_size".
+    void compute_tangent_space();
+
+    /// Smooth corner normals: each corner averages the distinct face normals around its vertex
+    /// (identical normals count once) that lie within `angle` degrees of its own face's normal
+    /// (dot strictly greater than cos(angle)), normalised; a corner whose normal turned by at
+    /// least 0.1 degree has its tangent and bitangent turned with it. Faces, face records,
+    /// vertices and connectivity are unchanged; only the corner normals, tangents and
+    /// bitangents are rewritten. Needs construct_halfedge_data (the half-edges' face pointers
+    /// are read), texture coordinates (one is read per corner; missing ones fail
+    /// "index < m_size") and compute_tangent_space.
+    void smooth_mesh(double angle);
+
+    /// Texture settings from the object: creates the standard style if the face set has none;
+    /// with exactly one style, copies texturing, texture id, normal-map id, texture mode and
+    /// texture scale into the face set and that style, texture_rotated into the face set and the
+    /// texture-generation mode into the style (several styles keep their own settings); then
+    /// generates box texture coordinates if the object's texture-generation mode is box, and
+    /// always computes the tangent frames (see compute_tangent_space for the failure when no
+    /// texture coordinates exist).
+    void set_texture_params(const primitives::basic_object& object);
+
+    // ---- mesh builders (each replaces the vertices, faces, half-edges, normals, texture
+    // coordinates and tangent frames; lines are kept, and styles unless there are none) ----
+
+    /// A box of the object's width × height × depth occupying [0, w] × [0, h] × [0, d]: 8
+    /// vertices, 12 outward-facing triangles, sharp edges at the object's smoothing threshold.
+    /// Silhouette marking is switched off for this face set (determine_visible_edges does
+    /// nothing). Not smoothed.
+    void create_mesh(const primitives::box& b);
+
+    /// A cylinder around the y axis from y = 0 to the object's height, with n = the object's
+    /// division count segments: 2n + 2 vertices (bottom and top centre, then the top ring
+    /// starting on +z and running towards +x, then the bottom ring) and 4n faces (top cap,
+    /// sides, bottom cap), smoothed at the object's smoothing threshold. Zero divisions fail
+    /// "index < m_size"; one gives degenerate faces; more than 2^30 − 1 fail
+    /// "n <= max_cylinder_divisions" (the face count would not fit 32 bits).
+    void create_mesh(const primitives::cylinder& c);
+
+    /// A cone around the y axis with its base on y = 0 and its apex at the object's height,
+    /// always of 12 segments: 14 vertices (ring starting on +z, base centre, apex) and 24 faces
+    /// (sides, then base), smoothed at the object's smoothing threshold.
+    void create_mesh(const primitives::cone& c);
+
 private:
+    // The common tail of the mesh builders, after vertices and faces are in place:
+    // finish_mesh_edges computes the normals, the half-edges and the sharp edges (at the
+    // object's smoothing threshold) and stores the object's visible-edge threshold;
+    // finish_mesh_appearance copies the object's display flags, gives every face the object's
+    // brush and pen and style 0, and applies set_texture_params. finish_mesh runs both.
+    void finish_mesh(const primitives::basic_object& object);
+    void finish_mesh_edges(const primitives::basic_object& object);
+    void finish_mesh_appearance(const primitives::basic_object& object);
+
     carray<vector3d> m_vertices;
     carray<texcoord> m_texcoords;
     carray<vector3d> m_normals;

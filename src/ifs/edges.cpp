@@ -1,0 +1,58 @@
+// indexedfaceset: outline marks, independent of the view (sharp edges) and for a view
+// (creases and silhouettes).
+#include <cmath>
+
+#include "facet/camera.h"
+#include "facet/ifs.h"
+#include "facet/projector.h"
+
+namespace {
+
+// One degree in radians, used as a tolerance on the dot products of the silhouette test.
+constexpr double silhouette_tolerance = 0.017453292519943295;
+
+// Whether the faces with normals na and nb may lie on different sides of the view direction:
+// false only when both are clearly in front or clearly behind.
+bool is_silhouette(const vector3d& na, const vector3d& nb, const vector3d& view) {
+    const double a = dot(na, view);
+    const double b = dot(nb, view);
+    if (a >= silhouette_tolerance && b >= silhouette_tolerance) return false;
+    if (a <= -silhouette_tolerance && b <= -silhouette_tolerance) return false;
+    return true;
+}
+
+void mark_pair(halfedge& e, bool drawn) {
+    e.set_drawn(drawn);
+    e.m_twinedge->set_drawn(drawn);
+}
+
+}  // namespace
+
+void indexedfaceset::determine_sharp_edges(double angle) {
+    const double threshold = std::cos(angle * geometry::pi / 180.0);
+    for (halfedge& e : m_edges) {
+        if (e.m_twinedge == nullptr) {
+            e.set_drawn(true);
+            continue;
+        }
+        const double d = dot(e.face->normal, e.m_twinedge->face->normal);
+        mark_pair(e, d <= threshold);
+    }
+}
+
+void indexedfaceset::determine_visible_edges(const camera& cam, const projector& proj,
+                                             double angle) {
+    if (!m_silhouette_edges) return;
+    const double threshold = std::cos(angle * geometry::pi / 180.0);
+    for (halfedge& e : m_edges) {
+        const vector3d view = proj.get_viewvector(m_vertices[e.vertex], cam);
+        if (e.m_twinedge == nullptr) {
+            e.set_drawn(true);
+            continue;
+        }
+        const vector3d& na = e.face->normal;
+        const vector3d& nb = e.m_twinedge->face->normal;
+        const double d = dot(na, nb);
+        mark_pair(e, d <= threshold || is_silhouette(na, nb, view));
+    }
+}

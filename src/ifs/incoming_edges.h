@@ -1,0 +1,104 @@
+// The half-edges of a face set grouped by the vertex they end at, as flat arrays.
+#pragma once
+
+#include <cstdint>
+
+#include "facet/carray.h"
+#include "facet/ifs.h"
+
+namespace facet::detail {
+
+/// For every vertex v, the indices of the half-edges that end at v.
+///
+/// Half-edge 3i + k of face i runs from corner k to corner (k + 1) mod 3, so half-edges 3i,
+/// 3i + 1 and 3i + 2 end at the face's vertices 1, 2 and 0. The lists are stored compressed
+/// (counting sorts into one array plus per-vertex offsets), without an allocation per vertex.
+/// Only the faces are read; the half-edges need not exist yet.
+class incoming_edges {
+public:
+    enum class order {
+        /// Increasing half-edge index: the lists one gets by appending each half-edge, in index
+        /// order, to the list of its end vertex.
+        by_index,
+        /// By start vertex, and by index among half-edges of the same start, with the start
+        /// vertices kept alongside (start()): the half-edges u -> v of one pair (u, v) are
+        /// adjacent, and a search by start vertex can bisect.
+        by_start_then_index,
+    };
+
+    /// Groups the 3 · faces.size() half-edges by end vertex. A vertex index at or beyond
+    /// `num_vertices` fails "index < m_size".
+    incoming_edges(const carray<face>& faces, std::uint32_t num_vertices, order o)
+        : m_first(num_vertices + 1), m_edges(3 * faces.size()) {
+        const std::uint32_t num_faces = faces.size();
+        const face* fs = faces.data();
+
+        // Checked once here: every vertex index is in range from then on. Each corner of a face
+        // is the start of one half-edge and the end of another, so the counts serve both.
+        carray<std::uint32_t> count(num_vertices);
+        for (const face& f : faces)
+            for (std::uint32_t v : f.vertex) ++count[v];
+        std::uint32_t* first = m_first.data();
+        first[0] = 0;
+        for (std::uint32_t v = 0; v < num_vertices; ++v) first[v + 1] = first[v] + count.data()[v];
+        std::uint32_t* next = count.data();  // reused as the bucket cursors
+
+        std::uint32_t* edges = m_edges.data();
+        if (o == order::by_index) {
+            reset(next, num_vertices);
+            for (std::uint32_t i = 0; i < num_faces; ++i) {
+                edges[next[fs[i].vertex[1]]++] = 3 * i;
+                edges[next[fs[i].vertex[2]]++] = 3 * i + 1;
+                edges[next[fs[i].vertex[0]]++] = 3 * i + 2;
+            }
+            return;
+        }
+
+        // Bucket by start vertex (stable), keeping each half-edge's end vertex alongside; then
+        // bucket that sequence by end vertex (stable), keeping the start vertex alongside.
+        const std::uint32_t num_edges = 3 * num_faces;
+        carray<std::uint32_t> by_start_edge(num_edges);
+        carray<std::uint32_t> by_start_end(num_edges);
+        std::uint32_t* se = by_start_edge.data();
+        std::uint32_t* sv = by_start_end.data();
+        reset(next, num_vertices);
+        for (std::uint32_t i = 0; i < num_faces; ++i) {
+            const std::uint32_t* c = fs[i].vertex;
+            for (std::uint32_t k = 0; k < 3; ++k) {
+                const std::uint32_t slot = next[c[k]]++;
+                se[slot] = 3 * i + k;
+                sv[slot] = c[(k + 1) % 3];
+            }
+        }
+        m_start.resize(num_edges);
+        std::uint32_t* starts = m_start.data();
+        reset(next, num_vertices);
+        for (std::uint32_t u = 0; u < num_vertices; ++u)
+            for (std::uint32_t j = first[u]; j < first[u + 1]; ++j) {
+                const std::uint32_t slot = next[sv[j]]++;
+                edges[slot] = se[j];
+                starts[slot] = u;
+            }
+    }
+
+    /// Position range of the half-edges ending at `v` (v < num_vertices, unchecked).
+    std::uint32_t first(std::uint32_t v) const { return m_first.data()[v]; }
+    std::uint32_t last(std::uint32_t v) const { return m_first.data()[v + 1]; }
+    /// The half-edge at a position.
+    std::uint32_t edge(std::uint32_t position) const { return m_edges.data()[position]; }
+    /// Its start vertex (order by_start_then_index only).
+    std::uint32_t start(std::uint32_t position) const { return m_start.data()[position]; }
+    /// The start vertices of all positions (order by_start_then_index only).
+    const std::uint32_t* starts() const { return m_start.data(); }
+
+private:
+    void reset(std::uint32_t* next, std::uint32_t num_vertices) const {
+        for (std::uint32_t v = 0; v < num_vertices; ++v) next[v] = m_first.data()[v];
+    }
+
+    carray<std::uint32_t> m_first;  // num_vertices + 1 offsets into m_edges
+    carray<std::uint32_t> m_edges;  // half-edge indices, grouped by end vertex
+    carray<std::uint32_t> m_start;  // start vertex per position (by_start_then_index)
+};
+
+}  // namespace facet::detail

@@ -1,0 +1,32 @@
+// indexedfaceset: the common tail of the mesh builders.
+#include "facet/ifs.h"
+#include "facet/objects.h"
+
+void indexedfaceset::finish_mesh(const primitives::basic_object& object) {
+    finish_mesh_edges(object);
+    finish_mesh_appearance(object);
+}
+
+void indexedfaceset::finish_mesh_edges(const primitives::basic_object& object) {
+    compute_normals();
+    construct_halfedge_data();
+    determine_sharp_edges(object.get_smoothing_threshold_angle());
+    set_visible_edge_treshold(object.get_visible_edge_threshold_angle());
+}
+
+void indexedfaceset::finish_mesh_appearance(const primitives::basic_object& object) {
+    m_backface_culling = object.get_backface_culling();
+    m_edges_only = object.edges_only();
+    m_show_texture_in_bw_mode = object.show_texture_in_bw_mode();
+    m_black_in_bw_mode = object.black_in_bw_mode();
+    m_texture_rotated = object.texture_rotated();
+
+    const graphics::brush brush = object.get_brush();
+    const graphics::pen pen = object.get_pen();
+    for (face& f : m_faces) {
+        f.brush = brush;
+        f.pen = pen;
+        f.style = 0;
+    }
+    set_texture_params(object);
+}
