@@ -337,6 +337,12 @@ private:
     void finish_mesh(const primitives::basic_object& object);
     void finish_mesh_edges(const primitives::basic_object& object);
     void finish_mesh_appearance(const primitives::basic_object& object);
+    // apply_object_appearance is finish_mesh_appearance up to set_texture_params (display flags;
+    // brush, pen and style 0 on every face). apply_texture_settings is set_texture_params up to
+    // the texture coordinates (the standard style if there is none; with one style, the texture
+    // members of the face set and the style).
+    void apply_object_appearance(const primitives::basic_object& object);
+    void apply_texture_settings(const primitives::basic_object& object);
 
     carray<vector3d> m_vertices;
     carray<texcoord> m_texcoords;
