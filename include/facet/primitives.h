@@ -54,6 +54,8 @@ public:
 
 protected:
     void update_mesh(indexedfaceset& target) const override;
+    void do_read(std::istream& is) override;
+    void do_write(std::ostream& os) const override;
 
 private:
     double m_width = 1.0;
@@ -99,6 +101,8 @@ public:
 
 protected:
     void update_mesh(indexedfaceset& target) const override;
+    void do_read(std::istream& is) override;
+    void do_write(std::ostream& os) const override;
 
 private:
     double m_height = 1.0;
@@ -132,6 +136,8 @@ public:
 
 protected:
     void update_mesh(indexedfaceset& target) const override;
+    void do_read(std::istream& is) override;
+    void do_write(std::ostream& os) const override;
 
 private:
     double m_height = 1.0;
