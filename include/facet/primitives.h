@@ -226,6 +226,8 @@ public:
 
 protected:
     void update_mesh(indexedfaceset& target) const override;
+    void do_read(std::istream& is) override;
+    void do_write(std::ostream& os) const override;
 
 private:
     std::vector<vector3d> m_vertices;
@@ -311,6 +313,8 @@ public:
 
 protected:
     void update_mesh(indexedfaceset& target) const override;
+    void do_read(std::istream& is) override;
+    void do_write(std::ostream& os) const override;
 
 private:
     void append_part(const indexedfaceset& part_mesh, const basic_object& part,
@@ -381,6 +385,8 @@ public:
 
 protected:
     void update_mesh(indexedfaceset& target) const override;
+    void do_read(std::istream& is) override;
+    void do_write(std::ostream& os) const override;
 
 private:
     std::vector<vector3d> m_points;
@@ -441,6 +447,8 @@ public:
 
 protected:
     void update_mesh(indexedfaceset& target) const override;
+    void do_read(std::istream& is) override;
+    void do_write(std::ostream& os) const override;
 
 private:
     std::vector<vector3d> m_profile;
