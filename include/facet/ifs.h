@@ -26,10 +26,12 @@ class basic_object;
 class box;
 class cylinder;
 class cone;
-}  // namespace primitives
-
-// ---- composites, free meshes and extrusions: forward declarations ----
-namespace primitives {
+class quad;
+class polygon;
+class line;
+class polyline;
+class arrow;
+class crosshair;
 class custom;
 class mesh;
 class extruded_polygon;
@@ -119,6 +121,17 @@ struct FACET_API halfedge {
     /// Sets or clears the draw mark; other bits stay.
     void set_drawn(bool d) { flags = d ? (flags | draw_mark) : (flags & ~draw_mark); }
 };
+
+// ---- planar, line and marker primitives ----
+namespace primitives {
+class quad;
+class polygon;
+class line;
+class polyline;
+class arrow;
+class crosshair;
+}  // namespace primitives
+// ---- end of planar, line and marker primitives ----
 
 /// A triangle mesh with connectivity, shading data, line segments and styles.
 ///
@@ -336,6 +349,52 @@ public:
     /// (sides, then base), smoothed at the object's smoothing threshold.
     void create_mesh(const primitives::cone& c);
 
+    // ---- mesh builders of the planar, line and marker primitives ----
+
+    /// The quad's two triangles (p1, p2, p3) and (p1, p3, p4) over its 4 corners, with 6 texture
+    /// coordinates taken from the quad's own (one per face corner, scaled by the object's
+    /// texture scale, a quarter turn with texture_rotated; box generation never replaces them)
+    /// and per-face tangent frames from them; then normals, half-edges, sharp edges, display
+    /// flags, brush, pen and style 0 per face, and the texture settings of the standard style.
+    /// Writes the face set directly; lines are kept. Not smoothed.
+    void create_mesh(const primitives::quad& q);
+
+    /// Triangulates the polygon's outline: its points become the vertices, the outline is
+    /// projected onto the coordinate plane facing its normal (x: (z, y), y: (x, z), else (x, y);
+    /// the normal is (B − A) × (C − A) for the first point A and the next points B, C at least
+    /// 0.1 from A and from each other, else (0, 1, 0)) and cut by triangulate; then the finishing
+    /// steps of the solids (normals, half-edges, sharp edges, flags, brush, pen, style 0,
+    /// set_texture_params). Writes the face set directly; not smoothed. Fewer than 3 points give
+    /// no faces. Throws std::runtime_error("Triangulation error: bad polygon") for an outline
+    /// that cannot be cut; the vertices are then already replaced, the faces are the old ones.
+    void create_mesh(const primitives::polygon& p);
+
+    /// The line's two end points as vertices and one line record (0, 1) with the object's pen,
+    /// built in a local face set and exchanged in by swap, so the face set ends with no texture
+    /// coordinates, faces, half-edges or styles. Before the exchange set_texture_params(l) runs
+    /// on the previous contents (it may build the standard style there, set the texture
+    /// members, generate texture coordinates and compute tangents for the old faces); the
+    /// normals, tangents and flags stay as that step leaves them. edges_only is not changed.
+    void create_mesh(const primitives::line& l);
+
+    /// With n >= 2 points: the points as vertices and n − 1 line records (i, i + 1) with the
+    /// object's pen; with fewer, nothing. Built in a local face set and exchanged in by swap:
+    /// vertices, texture coordinates, faces, half-edges, lines and styles are replaced (emptied
+    /// for fewer than 2 points); normals, tangents and flags stay, edges_only included.
+    void create_mesh(const primitives::polyline& p);
+
+    /// The arrow's 6 vertices (tail, tip, four barb ends) and 5 line records (shaft, then the
+    /// barbs from the tip) with the object's pen; see primitives::arrow. Exchanged in by swap like
+    /// the polyline: no texture coordinates, faces, half-edges or styles remain; normals,
+    /// tangents and flags stay. No texture settings, normals or connectivity.
+    void create_mesh(const primitives::arrow& a);
+
+    /// The crosshair's 6 vertices and 3 line records (one per axis) with the object's pen; see
+    /// primitives::crosshair. Exchanged in by swap like the arrow.
+    void create_mesh(const primitives::crosshair& c);
+
+    // ---- end of the planar, line and marker builders ----
+
     // ---- builders: composites, free meshes and extrusions ----
 
     /// The mesh of a custom object, written into this face set directly:
@@ -382,6 +441,12 @@ private:
     void finish_mesh(const primitives::basic_object& object);
     void finish_mesh_edges(const primitives::basic_object& object);
     void finish_mesh_appearance(const primitives::basic_object& object);
+    // apply_object_appearance is finish_mesh_appearance up to set_texture_params (display flags;
+    // brush, pen and style 0 on every face). apply_texture_settings is set_texture_params up to
+    // the texture coordinates (the standard style if there is none; with one style, the texture
+    // members of the face set and the style).
+    void apply_object_appearance(const primitives::basic_object& object);
+    void apply_texture_settings(const primitives::basic_object& object);
 
     carray<vector3d> m_vertices;
     carray<texcoord> m_texcoords;

@@ -15,6 +15,11 @@ void indexedfaceset::finish_mesh_edges(const primitives::basic_object& object) {
 }
 
 void indexedfaceset::finish_mesh_appearance(const primitives::basic_object& object) {
+    apply_object_appearance(object);
+    set_texture_params(object);
+}
+
+void indexedfaceset::apply_object_appearance(const primitives::basic_object& object) {
     m_backface_culling = object.get_backface_culling();
     m_edges_only = object.edges_only();
     m_show_texture_in_bw_mode = object.show_texture_in_bw_mode();
@@ -28,5 +33,4 @@ void indexedfaceset::finish_mesh_appearance(const primitives::basic_object& obje
         f.pen = pen;
         f.style = 0;
     }
-    set_texture_params(object);
 }

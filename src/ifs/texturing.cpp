@@ -54,6 +54,12 @@ double apply_row(const matrix2x3& m, int row, const vector3d& p) {
 }  // namespace
 
 void indexedfaceset::set_texture_params(const primitives::basic_object& object) {
+    apply_texture_settings(object);
+    if (object.get_texgen_mode() == graphics::texgen_mode::box) gen_texcoords_box();
+    compute_tangent_space();
+}
+
+void indexedfaceset::apply_texture_settings(const primitives::basic_object& object) {
     if (num_styles() == 0) build_standard_style(object);
     if (num_styles() == 1) {
         graphics::texture_info& texture = m_styles[0].texture;
@@ -70,8 +76,6 @@ void indexedfaceset::set_texture_params(const primitives::basic_object& object) 
         m_texture_scale = object.get_texture_scale();
         texture.texture_scale = m_texture_scale;
     }
-    if (object.get_texgen_mode() == graphics::texgen_mode::box) gen_texcoords_box();
-    compute_tangent_space();
 }
 
 void indexedfaceset::gen_texcoords_box() {
