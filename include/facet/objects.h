@@ -147,7 +147,8 @@ public:
     /// Writes the object's block: "primitive " + class_id() + "\r\n", the fields (do_write),
     /// then "endprimitive\r\n".
     void write(std::ostream& os) const;
-    /// Reads the object's fields (do_read) and marks the object dirty.
+    /// Reads the object's fields (do_read), expects "endprimitive" (format_exception otherwise)
+    /// and marks the object dirty.
     void read(std::istream& is);
 
     // ---- identity (none of these marks the object dirty) ----

@@ -1,0 +1,48 @@
+// Point lists and named lists of the scene format.
+#include "scene_io/tokens.h"
+
+namespace scene_io {
+
+void write_points(std::ostream& os, const std::vector<vector3d>& points) {
+    write_field(os, "numpoints", points.size());
+    for (const vector3d& p : points) {
+        os << "  ";
+        write_vector(os, p);
+        os << "\r\n";
+    }
+}
+
+namespace {
+
+std::vector<vector3d> read_vectors(std::istream& is, std::uint32_t count) {
+    std::vector<vector3d> out;
+    for (std::uint32_t i = 0; i < count && is; ++i) {
+        const vector3d v = read_vector(is);
+        if (!is) break;
+        out.push_back(v);
+    }
+    return out;
+}
+
+}  // namespace
+
+std::vector<vector3d> read_points(std::istream& is) {
+    expect(is, "numpoints");
+    return read_vectors(is, read_count(is));
+}
+
+void write_vector_list(std::ostream& os, const char* name, const std::vector<vector3d>& list) {
+    os << "  num_" << name << ' ' << list.size() << "\r\n";
+    for (const vector3d& v : list) {
+        os << "    ";
+        write_vector(os, v);
+        os << "\r\n";
+    }
+}
+
+std::vector<vector3d> read_vector_list(std::istream& is, const char* name) {
+    expect(is, (std::string("num_") + name).c_str());
+    return read_vectors(is, read_count(is));
+}
+
+}  // namespace scene_io
