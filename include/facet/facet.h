@@ -14,6 +14,7 @@
 #include "facet/plane.h"
 #include "facet/primitives.h"
 #include "facet/projector.h"
+#include "facet/shadow_volume.h"
 #include "facet/spaces.h"
 #include "facet/textures.h"
 #include "facet/triangulate.h"
