@@ -199,7 +199,7 @@ TEST(BuildShadowVolume, CubeLitFromOutside) {
         EXPECT_EQ(out.get_vertex(4 * k + 2), b + 100000.0 * db);
         EXPECT_EQ(out.get_vertex(4 * k + 3), a + 100000.0 * da);
         EXPECT_NEAR((out.get_vertex(4 * k + 3) - a).length(), 100000.0, 1e-9);
-        // Near vertices are cube corners joined by a cube edge, the first one of lower index.
+        // The near vertices are the ends of a cube edge.
         EXPECT_DOUBLE_EQ((b - a).length(), 1.0);
         const face& f0 = out.get_face(2 * k);
         const face& f1 = out.get_face(2 * k + 1);
