@@ -16,6 +16,7 @@
 #include "facet/primitives.h"
 #include "facet/projector.h"
 #include "facet/scene_io.h"
+#include "facet/shadow_volume.h"
 #include "facet/spaces.h"
 #include "facet/textures.h"
 #include "facet/triangulate.h"

@@ -327,6 +327,34 @@ public:
     /// texture coordinates exist).
     void set_texture_params(const primitives::basic_object& object);
 
+    // ---- shadow volume (begin) ----
+
+    /// Writes into `out` the open shadow volume of this face set for a point light at `light`
+    /// (in this face set's coordinates): one quad per silhouette edge, pulled 100000.0 units
+    /// away from the light. Needs construct_halfedge_data and compute_normals on this face set;
+    /// builds neither.
+    ///
+    /// Each paired edge is looked at once (from its half-edge whose start vertex index is the
+    /// smaller); open edges never count. An edge is a silhouette edge when, with d the unit
+    /// direction from the light to the edge's midpoint and a, b the dot products of its two face
+    /// normals with d, (a > −e and b < e) or (a < e and b > −e) for e = 0.017453292519943295 (a
+    /// face within about a degree of edge-on counts as either side; a NaN makes no silhouette).
+    ///
+    /// For the k-th silhouette edge, from A = the half-edge's start vertex to B = its twin's,
+    /// `out` gets vertices 4k = A, 4k + 1 = B, 4k + 2 = B + 100000.0 · unit(B − light),
+    /// 4k + 3 = A + 100000.0 · unit(A − light) (a point at the light stays where it is) and
+    /// faces 2k = (4k, 4k + 1, 4k + 2), 2k + 1 = (4k, 4k + 2, 4k + 3), default faces with style
+    /// 0; the winding is not turned towards the light. Its styles become one style "std" with
+    /// brush and pen of color (50, 50, 50, 50) and backface culling is switched off. `out`'s
+    /// other arrays and flags are left as they were: it gets no normals and no half-edges (any
+    /// half-edges it had point into its replaced faces, so pass a fresh face set).
+    ///
+    /// A face set without half-edges leaves `out` untouched. `out` must not be this face set
+    /// (checked: "&out != this").
+    void build_shadow_volume(vector3d light, indexedfaceset& out) const;
+
+    // ---- shadow volume (end) ----
+
     // ---- mesh builders (each replaces the vertices, faces, half-edges, normals, texture
     // coordinates and tangent frames; lines are kept, and styles unless there are none) ----
 

@@ -1,0 +1,32 @@
+// What both shadow-volume builders share: the unit vector, the extrusion away from the light
+// and the four corners of a side quad.
+#pragma once
+
+#include "facet/geometry.h"
+
+namespace facet::detail {
+
+/// How far the far end of a shadow volume lies beyond each silhouette vertex.
+inline constexpr double shadow_extrusion_length = 100000.0;
+
+/// `v` normalised by the vector rule: a length of at most 1e-12 (or NaN) gives the zero vector.
+inline vector3d unit(vector3d v) {
+    v.normalize();
+    return v;
+}
+
+/// p + 100000.0 · unit(p − light); a point at the light stays where it is.
+inline vector3d extrude_from_light(const vector3d& p, const vector3d& light) {
+    return p + shadow_extrusion_length * unit(p - light);
+}
+
+/// The corners of the side quad of edge A → B, from `quad` on: A, B, B', A'.
+inline void write_shadow_quad(vector3d* quad, const vector3d& a, const vector3d& b,
+                              const vector3d& far_a, const vector3d& far_b) {
+    quad[0] = a;
+    quad[1] = b;
+    quad[2] = far_b;
+    quad[3] = far_a;
+}
+
+}  // namespace facet::detail

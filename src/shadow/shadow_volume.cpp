@@ -1,0 +1,111 @@
+// shadow_volume: the oriented shadow volume of a scene object for one light.
+#include "facet/shadow_volume.h"
+
+#include <vector>
+
+#include "facet/check.h"
+#include "facet/objects.h"
+#include "shadow/extrusion.h"
+
+shadow_volume::shadow_volume(primitives::basic_object* master, const vector3d& light,
+                             double light_value, std::uint32_t light_index)
+    : m_master(master),
+      m_mesh(new indexedfaceset),
+      m_light(light),
+      m_light_value(light_value),
+      m_light_index(light_index) {}
+
+shadow_volume::~shadow_volume() = default;
+
+indexedfaceset& shadow_volume::get_mesh() const {
+    FACET_CHECK(m_mesh != 0);
+    return *m_mesh;
+}
+
+void shadow_volume::set_light(const vector3d& light, const double& light_value,
+                              std::uint32_t light_index, bool active) {
+    m_light_index = light_index;
+    m_active = active;
+    if (light.x != m_light.x || light.y != m_light.y || light.z != m_light.z ||
+        light_value != m_light_value) {
+        m_light = light;
+        m_light_value = light_value;
+        rebuild_mesh();
+    }
+}
+
+void shadow_volume::rebuild_mesh() {
+    using facet::detail::extrude_from_light;
+    using facet::detail::unit;
+    FACET_CHECK(m_master != 0);
+
+    m_mesh.reset();
+    m_mesh.reset(new indexedfaceset);
+    const indexedfaceset& source = m_master->get_mesh();
+    const vector3d light = primitives::worldspace_to_objectspace(m_light, *m_master);
+
+    // Silhouette edges, each taken once: from its lit (or edge-on) face towards the face that
+    // is turned away.
+    std::vector<const halfedge*> silhouette;
+    const std::uint32_t num_edges = source.num_edges();
+    for (std::uint32_t i = 0; i < num_edges; ++i) {
+        const halfedge& h = source.get_edge(i);
+        const halfedge* const t = h.m_twinedge;
+        if (t == nullptr) continue;
+        const vector3d& a = source.get_vertex(h.vertex);
+        const vector3d& b = source.get_vertex(t->vertex);
+        const vector3d d = unit((a + b) / 2.0 - light);
+        if (dot(h.face->normal, d) <= 0.0 && dot(t->face->normal, d) > 0.0)
+            silhouette.push_back(&h);
+    }
+
+    indexedfaceset& mesh = *m_mesh;
+    const auto n = static_cast<std::uint32_t>(silhouette.size());
+    mesh.vertices().resize(4 * n);
+    mesh.faces().resize(2 * n);
+    mesh.styles().resize(1);
+    const graphics::color red(255, 0, 0, 255);
+    const graphics::style standard("std", graphics::brush(red), graphics::pen(red));
+    mesh.styles()[0] = standard;
+    mesh.set_backface_culling(true);
+
+    vector3d* const vertices = mesh.vertices().data();
+    face* const faces = mesh.faces().data();
+    for (std::uint32_t k = 0; k < n; ++k) {
+        const halfedge& h = *silhouette[k];
+        const halfedge& t = *h.m_twinedge;
+        const vector3d& a = source.get_vertex(h.vertex);
+        const vector3d& b = source.get_vertex(t.vertex);
+        const vector3d far_a = extrude_from_light(a, light);
+        const vector3d far_b = extrude_from_light(b, light);
+        facet::detail::write_shadow_quad(vertices + 4 * k, a, b, far_a, far_b);
+
+        // Wind the quad by the side of the lit face it lies on and the bend of the edge.
+        const face& lit = *h.face;
+        const vector3d corner = source.get_vertex(lit.vertex[0]) +
+                                source.get_vertex(lit.vertex[1]) +
+                                source.get_vertex(lit.vertex[2]) - a - b;
+        const vector3d c = unit(corner - a);
+        const vector3d s = unit(lit.normal + t.face->normal);
+        const vector3d q = unit(cross(far_a - a, b - a));
+        const double qs = dot(q, s);
+        const double sc = dot(s, c);
+        const std::uint32_t v = 4 * k;
+        if ((qs < 0.0 && sc <= 0.0) || (qs >= 0.0 && sc > 0.0)) {
+            faces[2 * k] = face(v, v + 1, v + 2);
+            faces[2 * k + 1] = face(v, v + 2, v + 3);
+        } else {
+            faces[2 * k] = face(v, v + 2, v + 1);
+            faces[2 * k + 1] = face(v, v + 3, v + 2);
+        }
+        for (face* f : {&faces[2 * k], &faces[2 * k + 1]}) {
+            f->style = 0;
+            f->brush = standard.brush;
+        }
+    }
+
+    mesh.compute_normals();
+    mesh.construct_halfedge_data();
+    mesh.gen_texcoords_box();
+    mesh.compute_tangent_space();
+}
