@@ -6,6 +6,7 @@
 #include "facet/camera.h"
 #include "facet/carray.h"
 #include "facet/check.h"
+#include "facet/custom_mesh.h"
 #include "facet/export.h"
 #include "facet/geometry.h"
 #include "facet/ifs.h"

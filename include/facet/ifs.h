@@ -28,6 +28,14 @@ class cylinder;
 class cone;
 }  // namespace primitives
 
+// ---- composites, free meshes and extrusions: forward declarations ----
+namespace primitives {
+class custom;
+class mesh;
+class extruded_polygon;
+class path_extrusion;
+}  // namespace primitives
+
 /// A 2×3 matrix of doubles mapping an object-space position p to texture coordinates:
 /// u = row 0 · p, v = row 1 · p (element access m(row, column); no translation column).
 using matrix2x3 = matrix<double, 2, 3>;
@@ -327,6 +335,43 @@ public:
     /// always of 12 segments: 14 vertices (ring starting on +z, base centre, apex) and 24 faces
     /// (sides, then base), smoothed at the object's smoothing threshold.
     void create_mesh(const primitives::cone& c);
+
+    // ---- builders: composites, free meshes and extrusions ----
+
+    /// The mesh of a custom object, written into this face set directly:
+    /// 1. the styles become a copy of the object's style list (custom::get_styles);
+    /// 2. the source mesh is the inline mesh for an empty mesh id, else the registered mesh of
+    ///    that id; an id that names no registered mesh ends the build here, so the face set
+    ///    keeps its earlier geometry with the new styles;
+    /// 3. vertices and faces are copied in order, each face keeping its style index unchanged
+    ///    and taking the brush and pen of that style, or the object's brush and pen when the
+    ///    index is negative or beyond the style list;
+    /// 4. normals, half-edges, sharp edges at the smoothing threshold and the visible-edge
+    ///    threshold; backface culling and edges-only from the object; set_texture_params (one
+    ///    style takes the object's texture settings, several keep their own, none gives "std");
+    ///    then the black-and-white flags and texture rotation from the object; smooth_mesh at
+    ///    the smoothing threshold.
+    /// A face index beyond the vertices fails "index < m_size".
+    void create_mesh(const primitives::custom& c);
+
+    /// The mesh of a free mesh, written into this face set directly: its vertices and
+    /// triangles in order, the common finishing steps (every face the object's brush and pen
+    /// and style 0), then smooth_mesh at the smoothing threshold. Lines and styles of an
+    /// earlier build are kept. A triangle index beyond the vertices fails "index < m_size".
+    void create_mesh(const primitives::mesh& m);
+
+    /// The closed mesh of an extruded polygon (layout: see primitives::extruded_polygon),
+    /// finished as the solids and smoothed at the smoothing threshold. Everything is computed
+    /// before this face set is touched: when the outline cannot be triangulated the
+    /// triangulator's std::runtime_error leaves the face set as it was.
+    void create_mesh(const primitives::extruded_polygon& e);
+
+    /// The closed mesh of a path extrusion (layout: see primitives::path_extrusion), finished
+    /// as the solids and smoothed at the smoothing threshold. Failures (profile that cannot be
+    /// triangulated, path turning back on itself) throw before this face set is touched.
+    void create_mesh(const primitives::path_extrusion& p);
+
+    // ---- end of the composite, free-mesh and extrusion builders ----
 
 private:
     // The common tail of the mesh builders, after vertices and faces are in place:

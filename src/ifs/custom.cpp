@@ -1,0 +1,53 @@
+// indexedfaceset: the mesh of a custom object (a registered or inline mesh with its styles).
+#include <vector>
+
+#include "facet/custom_mesh.h"
+#include "facet/ifs.h"
+#include "facet/primitives.h"
+
+void indexedfaceset::create_mesh(const primitives::custom& c) {
+    // 1. The object's styles.
+    const std::vector<graphics::style> styles = c.get_styles();
+    const auto num_styles = static_cast<std::uint32_t>(styles.size());
+    m_styles.resize(num_styles);
+    for (std::uint32_t i = 0; i < num_styles; ++i) m_styles[i] = styles[i];
+
+    // 2. The source mesh; an id that names no registered mesh ends the build here.
+    const std::string& id = c.get_mesh_id();
+    const graphics::custom_mesh* registered = graphics::get_global_mesh_map().find_mesh(id);
+    if (registered == nullptr && !id.empty()) return;
+    const graphics::custom_mesh& source = id.empty() ? c.get_inline_mesh() : *registered;
+
+    // 3. Vertices.
+    m_vertices.resize(source.num_vertices());
+    for (std::uint32_t i = 0; i < source.num_vertices(); ++i)
+        m_vertices[i] = source.get_vertices()[i];
+
+    // 4. Faces, with the brush and pen of their style or, without a valid one, the object's.
+    const graphics::brush object_brush = c.get_brush();
+    const graphics::pen object_pen = c.get_pen();
+    m_faces.resize(source.num_faces());
+    for (std::uint32_t j = 0; j < source.num_faces(); ++j) {
+        const graphics::custom_mesh_face& from = source.get_faces()[j];
+        face f(from.vertex[0], from.vertex[1], from.vertex[2]);
+        f.style = from.style;
+        if (from.style < 0 || static_cast<std::uint32_t>(from.style) >= num_styles) {
+            f.brush = object_brush;
+            f.pen = object_pen;
+        } else {
+            f.brush = styles[from.style].brush;
+            f.pen = styles[from.style].pen;
+        }
+        m_faces[j] = f;
+    }
+
+    // 5. - 9.
+    finish_mesh_edges(c);
+    m_backface_culling = c.get_backface_culling();
+    m_edges_only = c.edges_only();
+    set_texture_params(c);
+    m_show_texture_in_bw_mode = c.show_texture_in_bw_mode();
+    m_black_in_bw_mode = c.black_in_bw_mode();
+    m_texture_rotated = c.texture_rotated();
+    smooth_mesh(c.get_smoothing_threshold_angle());
+}

@@ -1,0 +1,18 @@
+// indexedfaceset: the mesh of a free triangle mesh.
+#include "facet/ifs.h"
+#include "facet/primitives.h"
+
+void indexedfaceset::create_mesh(const primitives::mesh& m) {
+    m_vertices.resize(m.vertices_size());
+    m_faces.resize(m.triangles_size());
+
+    std::uint32_t i = 0;
+    for (auto v = m.vertices_begin(); v != m.vertices_end(); ++v) m_vertices[i++] = *v;
+
+    std::uint32_t j = 0;
+    for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t)
+        m_faces[j++] = face(t->vertex[0], t->vertex[1], t->vertex[2]);
+
+    finish_mesh(m);
+    smooth_mesh(m.get_smoothing_threshold_angle());
+}
