@@ -1,8 +1,9 @@
 // OBJ import at three sizes, so that the (linear) growth shows: parse_obj on generated model
 // text with vertices, texture coordinates, normals, triangles and a few materials, and on the
-// same grid as bare vertices and quads, whose normals the reader computes.
+// same grid as bare vertices and quads, whose normals the reader computes; obj2mesh of both.
 #include <benchmark/benchmark.h>
 
+#include <facet/custom_mesh.h>
 #include <facet/obj_import.h>
 
 #include <cmath>
@@ -107,4 +108,24 @@ BENCHMARK(parse_obj_quads_computed_normals)
     ->Arg(10000)
     ->Arg(100000)
     ->Arg(1000000)
+    ->Unit(benchmark::kMillisecond);
+
+static void obj2mesh(benchmark::State& state) {
+    const bool quads = state.range(1) != 0;
+    const std::string& text = model(state.range(0), quads);
+    memory_buffer buffer(text);
+    std::istream in(&buffer);
+    obj_import::obj_info info;
+    obj_import::parse_obj(in, info);
+    graphics::custom_mesh mesh;
+    for (auto _ : state) {
+        obj_import::obj2mesh(info, "model", mesh);
+        benchmark::DoNotOptimize(mesh.get_faces().data());
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * info.faces.size()));
+    state.counters["triangles"] = static_cast<double>(mesh.num_faces());
+}
+BENCHMARK(obj2mesh)
+    ->ArgsProduct({{10000, 100000, 1000000}, {0, 1}})
+    ->ArgNames({"faces", "quads"})
     ->Unit(benchmark::kMillisecond);

@@ -8,6 +8,8 @@
 //   obj_import::obj_info          everything read from one file
 //   obj_import::parse_obj         reads OBJ text and normalises it
 //   calc_bounding_box, swap_all_yz, scale, translate   the normalisation steps, callable alone
+//   obj_import::obj2mesh          converts a record into a graphics::custom_mesh
+//   obj_import::bad_face          what obj2mesh throws for a face it cannot convert
 //
 // The reader understands the keywords "f", "v", "vt", "vn" and "usemtl"; every other line is
 // skipped. It never reports an error: malformed data reads as documented at parse_obj, and
@@ -17,10 +19,13 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <iosfwd>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "facet/custom_mesh.h"
 #include "facet/export.h"
 #include "facet/geometry.h"
 
@@ -124,7 +129,7 @@ inline void swap(obj_info& a, obj_info& b) noexcept { a.swap(b); }
 /// every used corner's normal index is set to i. A face with one of these vertex indices outside
 /// the vertex list (-1 included) gets the zero vector; the face itself is kept.
 ///
-/// Indices are not checked against the sequences; obj2mesh checks the vertex indices. The
+/// Indices are not checked against the sequences here; obj2mesh checks the vertex indices. The
 /// record is built aside and swapped into `info` at the end, so if the stream throws (an
 /// exception mask set on it) or memory runs out, `info` is unchanged. The stream is read with
 /// istream::read and is left at its end with eofbit and failbit set.
@@ -147,5 +152,34 @@ FACET_API void scale(obj_info& info, double factor);
 
 /// Adds `offset` to every vertex and to the box (x_min and x_max by offset.x, and so on).
 FACET_API void translate(obj_info& info, const vector3d& offset);
+
+/// Thrown by obj2mesh for a face that cannot become triangles: a corner count other than 3 or 4,
+/// or a corner whose vertex index lies outside the vertex list. what() names the face (its
+/// position in obj_info::faces) and the fault: "obj2mesh: face 7: corner 2 has vertex index 41,
+/// outside the 40 vertices" or "obj2mesh: face 3: 2 corners, 3 or 4 are needed".
+class FACET_API bad_face : public std::runtime_error {
+public:
+    bad_face(std::size_t face_index, const std::string& message);
+    /// The position of the face in obj_info::faces.
+    std::size_t face_index() const noexcept { return m_face_index; }
+
+private:
+    std::size_t m_face_index;
+};
+
+/// Replaces `out` with a custom mesh called `name` made from `info`:
+///   - the vertices, in order;
+///   - per face, in order, one graphics::custom_mesh_face per triangle with the face's material
+///     index as its style index: a triangle (c0, c1, c2) as it is, a quad (c0, c1, c2, c3) as
+///     the fan (c0, c1, c2), (c0, c2, c3) around its first corner;
+///   - per material, in order, the style (name, brush of color (255, 255, 255), pen of color
+///     (0, 0, 0)), so that style i belongs to material i and "__default__" is style 0.
+/// Texture coordinates and normals are not carried over (a custom mesh holds neither); the
+/// drawing object computes its normals. Material indices are copied unchecked: a face whose
+/// index names no style is drawn with the custom object's own brush and pen.
+/// Every vertex index of the mesh lies within its vertex list, so the mesh can be registered
+/// and drawn safely. A face that does not allow this throws obj_import::bad_face, and `out` is
+/// left unchanged.
+FACET_API void obj2mesh(const obj_info& info, const std::string& name, graphics::custom_mesh& out);
 
 }  // namespace obj_import
