@@ -110,7 +110,8 @@ TEST(ObjHostile, ManyMaterialsKeepTheirIndices) {
 TEST(ObjHostile, BinaryJunkGivesConsistentRecords) {
     // Random bytes drawn mostly from the characters the reader reacts to, NUL and high bytes
     // included, so that many lines look almost like OBJ.
-    const std::string alphabet("fvtnusemlf /0123456789-+.e#\t\r\n\n\n\0\x01\x7f\x80\xff", 40);
+    static const char chars[] = "fvtnusemlf /0123456789-+.e#\t\r\n\n\n\0\x01\x7f\x80\xff";
+    const std::string alphabet(chars, sizeof chars - 1);
     std::mt19937 rng(12345);
     for (int round = 0; round < 4; ++round) {
         std::string junk(1 << 18, '\0');
