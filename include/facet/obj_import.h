@@ -114,11 +114,13 @@ inline void swap(obj_info& a, obj_info& b) noexcept { a.swap(b); }
 ///   "vn"     exactly 3 numbers make a normal, stored as read; any other count drops the line.
 ///   "usemtl" the next token names the current material: found by name among the materials
 ///            or appended to them. Without a name the line is skipped.
-/// Material 0 is "__default__" and is current until the first "usemtl". Every token after the
-/// keyword counts as a number: a token that does not start with a decimal number reads as 0.
-/// Numbers are decimal ([+-]digits[.digits][e[+-]digits]); "inf", "nan" and hexadecimal forms
-/// are not numbers, and a number beyond the range of its type (float for "v", double for "vt"
-/// and "vn", |n| <= 2147483647 for indices) reads as 0, so every value read is finite.
+/// Material 0 is "__default__" and is current until the first "usemtl". On "f", "v", "vt" and
+/// "vn" lines every token after the keyword counts, whatever it holds: one that does not start
+/// with a number reads as 0. A trailing comment ("f 1 2 3 # note") is thus a fourth corner with
+/// vertex index -1, which obj2mesh rejects. Numbers are decimal ([+-]digits[.digits][e[+-]digits]);
+/// "inf", "nan" and hexadecimal forms are not numbers, and a number beyond the range of its type
+/// (float for "v", double for "vt" and "vn", |n| <= 2147483647 for indices) reads as 0, so every
+/// value read is finite.
 ///
 /// Lines are read into a buffer of 1024 characters: a line longer than 1023 characters keeps
 /// its first 1023, the rest of it up to its '\n' is skipped, and reading goes on with the next

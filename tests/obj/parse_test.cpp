@@ -66,7 +66,7 @@ TEST(ObjParse, FaceCornerCountsAndTokens) {
                                 "f 7//3 1/2 1/2/3 +4\n"
                                 "f x/2/3 5/x/3 3// 3/4/\n"
                                 "f -1/-2/-3 0 2147483647 -2147483647\n"
-                                "f 99999999999 2147483648 1.5/2 1\n"
+                                "f 4294967297 2147483648 1.5/2 1\n"  // no wrap to 32 bits
                                 "f 1 2\nf\n");
     ASSERT_EQ(info.faces.size(), 5u);
     EXPECT_EQ(info.faces[0].corner_count, 4);
