@@ -11,6 +11,7 @@
 #include "facet/geometry.h"
 #include "facet/ifs.h"
 #include "facet/math3d.h"
+#include "facet/obj_import.h"
 #include "facet/objects.h"
 #include "facet/plane.h"
 #include "facet/primitives.h"
