@@ -122,17 +122,6 @@ struct FACET_API halfedge {
     void set_drawn(bool d) { flags = d ? (flags | draw_mark) : (flags & ~draw_mark); }
 };
 
-// ---- planar, line and marker primitives ----
-namespace primitives {
-class quad;
-class polygon;
-class line;
-class polyline;
-class arrow;
-class crosshair;
-}  // namespace primitives
-// ---- end of planar, line and marker primitives ----
-
 /// A triangle mesh with connectivity, shading data, line segments and styles.
 ///
 /// Not copyable: builders fill a local face set and exchange it into the target with swap.
