@@ -43,7 +43,7 @@ tga_header decode_header(const unsigned char (&raw)[header_size]) {
     h.idlength = raw[0];
     h.colormaptype = raw[1];
     h.datatypecode = raw[2];
-    // Bytes 3-11 (color map specification and origins) are not used.
+    // Bytes 3-11 (color map origin, length and depth, image origins) are not used.
     h.width = little_endian_16(raw + 12);
     h.height = little_endian_16(raw + 14);
     h.bitsperpixel = raw[16];

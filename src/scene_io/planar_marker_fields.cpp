@@ -7,7 +7,6 @@
 namespace primitives {
 
 using scene_io::expect;
-using scene_io::read_double;
 using scene_io::read_vector;
 using scene_io::write_field;
 using scene_io::write_vector_field;
@@ -77,12 +76,9 @@ void arrow::do_write(std::ostream& os) const {
 
 void arrow::do_read(std::istream& is) {
     basic_object::do_read(is);
-    expect(is, "length");
-    m_length = read_double(is);
-    expect(is, "head_base");
-    m_head_base = read_double(is);
-    expect(is, "head_length");
-    m_head_length = read_double(is);
+    m_length = scene_io::read_double_field(is, "length");
+    m_head_base = scene_io::read_double_field(is, "head_base");
+    m_head_length = scene_io::read_double_field(is, "head_length");
 }
 
 void crosshair::do_write(std::ostream& os) const {
@@ -92,8 +88,7 @@ void crosshair::do_write(std::ostream& os) const {
 
 void crosshair::do_read(std::istream& is) {
     basic_object::do_read(is);
-    expect(is, "size");
-    m_size = read_double(is);
+    m_size = scene_io::read_double_field(is, "size");
 }
 
 void text::do_write(std::ostream& os) const {
@@ -115,10 +110,8 @@ void billboard::do_write(std::ostream& os) const {
 
 void billboard::do_read(std::istream& is) {
     basic_object::do_read(is);
-    expect(is, "width");
-    m_width = read_double(is);
-    expect(is, "height");
-    m_height = read_double(is);
+    m_width = scene_io::read_double_field(is, "width");
+    m_height = scene_io::read_double_field(is, "height");
 }
 
 }  // namespace primitives

@@ -4,8 +4,6 @@
 
 namespace primitives {
 
-using scene_io::expect;
-using scene_io::read_double;
 using scene_io::write_field;
 
 void box::do_write(std::ostream& os) const {
@@ -17,12 +15,9 @@ void box::do_write(std::ostream& os) const {
 
 void box::do_read(std::istream& is) {
     basic_object::do_read(is);
-    expect(is, "width");
-    m_width = read_double(is);
-    expect(is, "height");
-    m_height = read_double(is);
-    expect(is, "depth");
-    m_depth = read_double(is);
+    m_width = scene_io::read_double_field(is, "width");
+    m_height = scene_io::read_double_field(is, "height");
+    m_depth = scene_io::read_double_field(is, "depth");
 }
 
 void cylinder::do_write(std::ostream& os) const {
@@ -34,10 +29,8 @@ void cylinder::do_write(std::ostream& os) const {
 // The number of divisions is not part of the format: a cylinder read back has the default 6.
 void cylinder::do_read(std::istream& is) {
     basic_object::do_read(is);
-    expect(is, "height");
-    m_height = read_double(is);
-    expect(is, "radius");
-    m_radius = read_double(is);
+    m_height = scene_io::read_double_field(is, "height");
+    m_radius = scene_io::read_double_field(is, "radius");
 }
 
 void cone::do_write(std::ostream& os) const {
@@ -48,10 +41,8 @@ void cone::do_write(std::ostream& os) const {
 
 void cone::do_read(std::istream& is) {
     basic_object::do_read(is);
-    expect(is, "height");
-    m_height = read_double(is);
-    expect(is, "radius");
-    m_radius = read_double(is);
+    m_height = scene_io::read_double_field(is, "height");
+    m_radius = scene_io::read_double_field(is, "radius");
 }
 
 }  // namespace primitives

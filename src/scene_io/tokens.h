@@ -32,6 +32,12 @@ inline double read_double(std::istream& is) {
     return v;
 }
 
+/// Expects `keyword`, then reads the real that follows it.
+inline double read_double_field(std::istream& is, const char* keyword) {
+    expect(is, keyword);
+    return read_double(is);
+}
+
 inline vector3d read_vector(std::istream& is) {
     vector3d v;
     is >> v.x >> v.y >> v.z;

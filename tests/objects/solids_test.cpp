@@ -8,6 +8,7 @@
 #include <string>
 
 #include "facet/primitives.h"
+#include "objects/recording_visitor.h"
 
 using primitives::basic_object;
 using primitives::boundingbox;
@@ -23,28 +24,6 @@ void expect_box(const boundingbox& b, const vector3d& centre, double w, double h
     EXPECT_EQ(b.height, h);
     EXPECT_EQ(b.depth, d);
 }
-
-// Records the name of the last visit operation called.
-class recording_visitor : public primitives::primitive_visitor {
-public:
-    std::string last;
-    void visit(basic_object&) override { last = "basic_object"; }
-    void visit(box&) override { last = "box"; }
-    void visit(cylinder&) override { last = "cylinder"; }
-    void visit(cone&) override { last = "cone"; }
-    void visit(primitives::quad&) override { last = "quad"; }
-    void visit(primitives::polygon&) override { last = "polygon"; }
-    void visit(primitives::line&) override { last = "line"; }
-    void visit(primitives::polyline&) override { last = "polyline"; }
-    void visit(primitives::extruded_polygon&) override { last = "extruded_polygon"; }
-    void visit(primitives::mesh&) override { last = "mesh"; }
-    void visit(primitives::path_extrusion&) override { last = "path_extrusion"; }
-    void visit(primitives::arrow&) override { last = "arrow"; }
-    void visit(primitives::custom&) override { last = "custom"; }
-    void visit(primitives::light&) override { last = "light"; }
-    void visit(primitives::text&) override { last = "text"; }
-    void visit(primitives::billboard&) override { last = "billboard"; }
-};
 
 }  // namespace
 
