@@ -15,6 +15,7 @@
 #include "facet/objects.h"
 #include "facet/plane.h"
 #include "facet/primitives.h"
+#include "facet/scene.h"
 #include "facet/projector.h"
 #include "facet/scene_io.h"
 #include "facet/shadow_volume.h"

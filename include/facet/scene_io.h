@@ -17,6 +17,7 @@
 // block's vertex list). On any exception the objects read so far stay in the caller's vector.
 #pragma once
 
+#include <ios>
 #include <iosfwd>
 #include <stdexcept>
 #include <string>
@@ -125,3 +126,35 @@ FACET_API void write_objects(const std::vector<primitives::basic_object*>& objec
 /// found") when a parent name matches no object. In every case the objects read before the
 /// failure stay in `objects`; the block being read is discarded.
 FACET_API void read_objects(std::vector<primitives::basic_object*>& objects, std::istream& is);
+
+/// The rules read_objects follows.
+enum class scene_dialect {
+    /// The format with both of its quirks (the material reference runs to a NUL or the end of
+    /// the stream; an extruded polygon's second "offset" line is not read).
+    classic,
+    /// Reads back what write_objects wrote: the material reference is the text after the space
+    /// that follows "mat_ref", up to the "  position " of the same line (or up to the line's end,
+    /// the "position" keyword then following as a word), and an extruded polygon's second
+    /// "offset" line is read as its extrusion scaling. Every other rule is the classic one.
+    round_trip,
+};
+
+/// Where read_objects stood when it failed, for messages that name the place.
+struct FACET_API scene_read_position {
+    /// The type of the block being read, or of the object whose parent was not found; empty
+    /// when the failure lies outside any block.
+    std::string type;
+    /// That object's name once its name field was read, else empty.
+    std::string name;
+    /// The stream offset at which reading stopped, or where the block of the object whose parent
+    /// was not found starts; -1 when the stream cannot tell (it is not seekable).
+    std::streamoff offset = -1;
+    /// True when the failure is a parent name that matches no object.
+    bool parent_not_found = false;
+};
+
+/// read_objects with a choice of dialect. When `failure` is not null and reading fails, it
+/// receives the place of the failure before the exception is passed on, and the stream's error
+/// state is cleared to tell the offset. Throws what read_objects throws.
+FACET_API void read_objects(std::vector<primitives::basic_object*>& objects, std::istream& is,
+                            scene_dialect dialect, scene_read_position* failure);

@@ -44,10 +44,14 @@ void basic_object::do_read(std::istream& is) {
     expect(is, "ownerid");
     m_owner_id = scene_io::read_word(is);
     expect(is, "mat_ref");
-    // Everything up to a NUL or the end of the stream, white space included.
-    m_material_ref_id.clear();
-    std::getline(is, m_material_ref_id, '\0');
-    expect(is, "position");
+    if (scene_io::reads_round_trip(is)) {
+        m_material_ref_id = scene_io::read_material_reference(is);  // "position" consumed too
+    } else {
+        // Everything up to a NUL or the end of the stream, white space included.
+        m_material_ref_id.clear();
+        std::getline(is, m_material_ref_id, '\0');
+        expect(is, "position");
+    }
     m_position = scene_io::read_vector(is);
     expect(is, "orientation");
     m_orientation_axis = scene_io::read_vector(is);

@@ -51,7 +51,8 @@ void custom::do_read(std::istream& is) {
 }
 
 // Two "offset" lines are written (extrusion, then its scaling) but one is read: a block written
-// here does not read back, a property of the format that is kept.
+// here does not read back, a property of the format that is kept. The round-trip dialect reads
+// the second line as the scaling.
 void extruded_polygon::do_write(std::ostream& os) const {
     basic_object::do_write(os);
     scene_io::write_points(os, m_points);
@@ -66,6 +67,10 @@ void extruded_polygon::do_read(std::istream& is) {
     for (const vector3d& p : points) add_point(p);
     expect(is, "offset");
     m_extrusion = scene_io::read_vector(is);
+    if (scene_io::reads_round_trip(is)) {
+        expect(is, "offset");
+        m_extrusion_scaling = scene_io::read_vector(is);
+    }
 }
 
 void path_extrusion::do_write(std::ostream& os) const {

@@ -46,3 +46,45 @@ std::vector<vector3d> read_vector_list(std::istream& is, const char* name) {
 }
 
 }  // namespace scene_io
+
+namespace scene_io {
+
+namespace {
+
+int round_trip_slot() {
+    static const int slot = std::ios_base::xalloc();
+    return slot;
+}
+
+}  // namespace
+
+bool reads_round_trip(std::ios_base& is) { return is.iword(round_trip_slot()) != 0; }
+
+round_trip_guard::round_trip_guard(std::ios_base& is, bool on)
+    : m_stream(is), m_previous(is.iword(round_trip_slot())) {
+    is.iword(round_trip_slot()) = on ? 1 : 0;
+}
+
+round_trip_guard::~round_trip_guard() { m_stream.iword(round_trip_slot()) = m_previous; }
+
+std::string read_material_reference(std::istream& is) {
+    static const std::string keyword = "  position ";
+    using traits = std::istream::traits_type;
+    if (is.peek() == ' ') is.get();
+    std::string text;
+    for (;;) {
+        const int c = is.peek();
+        if (c == traits::eof() || c == '\n') break;
+        text.push_back(static_cast<char>(is.get()));
+        if (text.size() >= keyword.size() &&
+            text.compare(text.size() - keyword.size(), keyword.size(), keyword) == 0) {
+            text.erase(text.size() - keyword.size());
+            return text;
+        }
+    }
+    if (!text.empty() && text.back() == '\r') text.pop_back();
+    expect(is, "position");
+    return text;
+}
+
+}  // namespace scene_io

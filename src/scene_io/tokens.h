@@ -12,6 +12,28 @@
 
 namespace scene_io {
 
+/// True while read_objects reads `is` in the round-trip dialect.
+bool reads_round_trip(std::ios_base& is);
+
+/// Marks `is` as read in the round-trip dialect for the lifetime of the guard.
+class round_trip_guard {
+public:
+    round_trip_guard(std::ios_base& is, bool on);
+    ~round_trip_guard();
+    round_trip_guard(const round_trip_guard&) = delete;
+    round_trip_guard& operator=(const round_trip_guard&) = delete;
+
+private:
+    std::ios_base& m_stream;
+    long m_previous;
+};
+
+/// Reads the material reference of the round-trip dialect, standing just after "mat_ref":
+/// skips the one separating space, takes the text up to "  position " on the same line and
+/// consumes that keyword too, or takes the rest of the line (without its "\r") and then expects
+/// "position" as a word.
+std::string read_material_reference(std::istream& is);
+
 /// Extracts one word and throws format_exception(word, keyword) unless it is `keyword`.
 inline void expect(std::istream& is, const char* keyword) {
     std::string word;
