@@ -1,0 +1,22 @@
+// Output files that appear whole or not at all.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+
+namespace facet_tool {
+
+/// Calls `write` with a binary stream on a temporary file beside `path`, then renames it over
+/// `path`. When `write` throws or the stream fails, the temporary file is removed and nothing
+/// appears at `path`; the failure is reported as tool_error naming `path`.
+void write_file_atomically(const std::string& path,
+                           const std::function<void(std::ostream&)>& write);
+
+/// The temporary name used for `path` (same folder, so the rename stays on one file system).
+std::string temporary_name_for(const std::string& path);
+
+/// The lower-case extension of `path` with its dot (".obj"), or "".
+std::string extension_of(const std::string& path);
+
+}  // namespace facet_tool
