@@ -79,6 +79,14 @@ public:
     primitives::basic_object& add(std::unique_ptr<primitives::basic_object> object,
                                   primitives::basic_object* parent = nullptr);
 
+    /// As above, returning the object as its own type.
+    template <class T>
+    T& add(std::unique_ptr<T> object, primitives::basic_object* parent = nullptr) {
+        T* typed = object.get();
+        add(std::unique_ptr<primitives::basic_object>(std::move(object)), parent);
+        return *typed;
+    }
+
     /// Constructs a T from `args` and adds it as a root. Returns it.
     template <class T, class... Args>
     T& emplace(Args&&... args) {
