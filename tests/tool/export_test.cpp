@@ -128,5 +128,15 @@ TEST_F(export_test, obj_model_exports_as_one_node) {
     expect_valid(path("square.glb"));
 }
 
+TEST_F(export_test, empty_scene_gives_a_valid_file_without_nodes) {
+    write("empty.txt", "beginscene\r\nendscene\r\n");
+    const run_result r = run("export empty.txt -o empty.glb");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const tinygltf::Model m = load(path("empty.glb"));
+    EXPECT_TRUE(m.nodes.empty());
+    EXPECT_TRUE(m.buffers.empty());
+    expect_valid(path("empty.glb"));
+}
+
 }  // namespace
 }  // namespace facet_tool_test

@@ -8,6 +8,7 @@
 #include <limits>
 #include <map>
 #include <ostream>
+#include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -206,6 +207,12 @@ struct float_bounds {
             max[i] = std::max(max[i], out[i]);
         }
     }
+    void add(const float_bounds& o) {
+        for (int i = 0; i < 3; ++i) {
+            min[i] = std::min(min[i], o.min[i]);
+            max[i] = std::max(max[i], o.max[i]);
+        }
+    }
     void store(tinygltf::Accessor& a) const {
         a.minValues.assign(min, min + 3);
         a.maxValues.assign(max, max + 3);
@@ -231,19 +238,19 @@ void check_vertices(const object_plan& plan) {
                              " is not finite");
 }
 
-// The triangle primitive of `group`: three vertices per face.
-tinygltf::Primitive pack_faces(const object_plan& plan, const face_group& group,
-                               buffer_packer& packer, tinygltf::Model& model) {
+// Where the corners of a run of faces go: one array per attribute (null when not written).
+struct corner_arrays {
+    float* pos = nullptr;
+    float* nrm = nullptr;
+    float* tex = nullptr;
+    float* tan = nullptr;
+};
+
+// Writes the corners of faces[begin, end) of `group`, starting at corner 3 * begin of `out`,
+// and widens `bounds` by their positions.
+void pack_face_range(const object_plan& plan, const face_group& group, std::size_t begin,
+                     std::size_t end, corner_arrays out, float_bounds& bounds) {
     const indexedfaceset& m = *plan.mesh;
-    const std::size_t n = group.faces.size() * 3;
-    tinygltf::Primitive prim;
-    prim.mode = TINYGLTF_MODE_TRIANGLES;
-    prim.material = group.material;
-    int pos_acc = 0, nrm_acc = 0, tex_acc = 0, tan_acc = 0;
-    float* pos = packer.take(n, 3, pos_acc);
-    float* nrm = packer.take(n, 3, nrm_acc);
-    float* tex = plan.texcoords ? packer.take(n, 2, tex_acc) : nullptr;
-    float* tan = plan.tangents ? packer.take(n, 4, tan_acc) : nullptr;
     const vector3d* vertices = m.vertices().data();
     const face* faces = m.faces().data();
     const vector3d* normals = m.normals().data();
@@ -251,8 +258,12 @@ tinygltf::Primitive pack_faces(const object_plan& plan, const face_group& group,
     const vector3d* tangents = m.tangents().data();
     const vector3d* bitangents = m.bitangents().data();
     const vector3d up(0.0, 0.0, 1.0);
-    float_bounds bounds;
-    for (const uint32_t fi : group.faces) {
+    float* pos = out.pos + 9 * begin;
+    float* nrm = out.nrm + 9 * begin;
+    float* tex = out.tex != nullptr ? out.tex + 6 * begin : nullptr;
+    float* tan = out.tan != nullptr ? out.tan + 12 * begin : nullptr;
+    for (std::size_t g = begin; g < end; ++g) {
+        const uint32_t fi = group.faces[g];
         const face& f = faces[fi];
         const vector3d face_normal = unit_or(f.normal, up);
         for (uint32_t k = 0; k < 3; ++k) {
@@ -277,6 +288,32 @@ tinygltf::Primitive pack_faces(const object_plan& plan, const face_group& group,
                 tan += 4;
             }
         }
+    }
+}
+
+// The triangle primitive of `group`: three vertices per face. A large group is written by two
+// threads, each its own half of the faces.
+tinygltf::Primitive pack_faces(const object_plan& plan, const face_group& group,
+                               buffer_packer& packer, tinygltf::Model& model) {
+    const std::size_t nf = group.faces.size();
+    tinygltf::Primitive prim;
+    prim.mode = TINYGLTF_MODE_TRIANGLES;
+    prim.material = group.material;
+    int pos_acc = 0, nrm_acc = 0, tex_acc = 0, tan_acc = 0;
+    corner_arrays out;
+    out.pos = packer.take(3 * nf, 3, pos_acc);
+    out.nrm = packer.take(3 * nf, 3, nrm_acc);
+    if (plan.texcoords) out.tex = packer.take(3 * nf, 2, tex_acc);
+    if (plan.tangents) out.tan = packer.take(3 * nf, 4, tan_acc);
+    float_bounds bounds;
+    if (nf < 65536) {
+        pack_face_range(plan, group, 0, nf, out, bounds);
+    } else {
+        float_bounds second;
+        std::thread helper([&] { pack_face_range(plan, group, nf / 2, nf, out, second); });
+        pack_face_range(plan, group, 0, nf / 2, out, bounds);
+        helper.join();
+        bounds.add(second);
     }
     bounds.store(model.accessors[pos_acc]);
     prim.attributes["POSITION"] = pos_acc;
@@ -406,6 +443,7 @@ tinygltf::Model build_model(const facet::scene& s, bool edges, progress& report,
         model.nodes.back().mesh = plans[i].mesh_index;
     }
     tinygltf::Scene root;
+    root.name = "scene";  // so that a scene without nodes is still written as an object
     for (std::size_t i = 0; i < s.size(); ++i) {
         const primitives::basic_object* parent = s[i].get_parent();
         const std::ptrdiff_t p = parent == nullptr ? -1 : s.index_of(*parent);
