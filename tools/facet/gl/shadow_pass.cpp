@@ -75,6 +75,7 @@ void shadow_pass::update(const facet::scene& s, const std::vector<vector3d>& lig
 void shadow_pass::upload() {
     m_triangles = 0;
     std::vector<float> positions;
+    std::vector<char> lit;
     for (entry& e : m_entries) {
         positions.clear();
         const indexedfaceset& sides = e.volume->get_mesh();
@@ -84,21 +85,37 @@ void shadow_pass::upload() {
 
         const indexedfaceset& mesh = e.object->get_mesh();
         const vector3d light = primitives::worldspace_to_objectspace(e.light_position, *e.object);
+        lit.assign(mesh.num_faces(), 0);
         for (std::uint32_t f = 0; f < mesh.num_faces(); ++f) {
             const face& fc = mesh.get_face(f);
             const vector3d a = mesh.get_vertex(fc.vertex[0]);
             const vector3d b = mesh.get_vertex(fc.vertex[1]);
             const vector3d c = mesh.get_vertex(fc.vertex[2]);
-            const vector3d centroid = (a + b + c) * (1.0 / 3.0);
-            if (dot(fc.normal, centroid - light) <= 0.0) {
-                push(positions, a);  // towards the light: the near cap
-                push(positions, b);
-                push(positions, c);
-            } else {
-                push(positions, pulled(a, light));  // turned away: the far cap
-                push(positions, pulled(b, light));
-                push(positions, pulled(c, light));
-            }
+            if (dot(fc.normal, (a + b + c) * (1.0 / 3.0) - light) > 0.0) continue;
+            lit[f] = 1;
+            push(positions, a);  // the near cap: the face as it is
+            push(positions, b);
+            push(positions, c);
+            push(positions, pulled(a, light));  // the far cap: the face pulled away, reversed
+            push(positions, pulled(c, light));
+            push(positions, pulled(b, light));
+        }
+        // Open edges of lit faces are walls of the volume too (the library's sides cover the
+        // edges between a lit and an unlit face), facing away from their face.
+        const carray<halfedge>& edges = mesh.edges();
+        const carray<face>& faces = mesh.faces();
+        for (std::uint32_t h = 0; h < edges.size(); ++h) {
+            const halfedge& he = edges[h];
+            if (he.m_twinedge != nullptr || he.face == nullptr || he.next == nullptr) continue;
+            const std::size_t f = static_cast<std::size_t>(he.face - &faces[0]);
+            if (f >= lit.size() || !lit[f]) continue;
+            const vector3d a = mesh.get_vertex(he.vertex), b = mesh.get_vertex(he.next->vertex);
+            const vector3d c = mesh.get_vertex(he.prev->vertex);
+            const vector3d a2 = pulled(a, light), b2 = pulled(b, light);
+            const bool flip = dot(cross(b - a, b2 - a), c - a) > 0.0;
+            const vector3d quad[6] = {a, flip ? b2 : b,  flip ? b : b2,
+                                      a, flip ? a2 : b2, flip ? b2 : a2};
+            for (const vector3d& p : quad) push(positions, p);
         }
         e.vertices = static_cast<int>(positions.size() / 3);
         m_triangles += positions.size() / 9;

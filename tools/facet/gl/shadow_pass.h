@@ -19,10 +19,11 @@ namespace facet_gl {
 /// The shadow volumes of one frame and their GPU copies.
 ///
 /// A volume is the library's open volume (one quad per silhouette edge of the caster as seen
-/// from the light, pulled 100000 units away) closed by two caps: the caster's faces turned
-/// towards the light as they are, and its faces turned away pulled the same distance away.
-/// All three parts face outwards, so depth-fail counting needs no far plane (the volume pass
-/// clamps depth instead of clipping).
+/// from the light, pulled 100000 units away) closed by two caps made of the caster's faces
+/// turned towards the light: as they are, and pulled the same distance away with their winding
+/// reversed; an open edge of such a face gets its own wall. So every volume is closed, also
+/// for open meshes, and faces outwards; depth-fail counting then needs no far plane (the
+/// volume pass clamps depth instead of clipping).
 class shadow_pass {
 public:
     shadow_pass() = default;
