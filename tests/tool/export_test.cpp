@@ -3,9 +3,12 @@
 #include <tiny_gltf.h>
 
 #include <cmath>
+#include <cstdint>
 #include <string>
 
 #include "gltf_tool_fixture.h"
+#include "input.h"
+#include "progress.h"
 
 namespace facet_tool_test {
 namespace {
@@ -116,15 +119,55 @@ TEST_F(export_test, edges_add_each_outline_edge_once_as_lines) {
     expect_valid(path("out.gltf"));
 }
 
-TEST_F(export_test, obj_model_exports_as_one_node) {
-    write_sample_obj();
+// The float data of accessor `index`.
+const float* floats_of(const tinygltf::Model& m, int index) {
+    const tinygltf::Accessor& a = m.accessors[index];
+    const tinygltf::BufferView& v = m.bufferViews[a.bufferView];
+    return reinterpret_cast<const float*>(m.buffers[v.buffer].data.data() + v.byteOffset +
+                                          a.byteOffset);
+}
+
+float length3(const float* v) { return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]); }
+
+TEST_F(export_test, obj_model_exports_the_face_sets_corners) {
+    const std::string obj = write_sample_obj();
     const run_result r = run("export square.obj -o square.glb");
     ASSERT_EQ(r.status, 0) << r.err;
     const tinygltf::Model m = load(path("square.glb"));
     ASSERT_EQ(m.nodes.size(), 1u);
     EXPECT_EQ(m.nodes[0].name, "square");
-    using prims = std::vector<std::pair<int, std::size_t>>;
-    EXPECT_EQ(primitives_of(m, "square"), (prims{{TINYGLTF_MODE_TRIANGLES, 6}}));
+    ASSERT_EQ(m.meshes.size(), 1u);
+    ASSERT_EQ(m.meshes[0].primitives.size(), 1u);
+    const auto& attributes = m.meshes[0].primitives[0].attributes;
+    ASSERT_EQ(m.accessors[attributes.at("POSITION")].count, 9u);
+
+    // The corners are those of the model's face set, with unit normals and tangents where the
+    // face set has zero ones (the degenerate third face).
+    facet_tool::progress quiet(true);
+    const facet::scene s = facet_tool::load_input(obj, quiet);
+    const indexedfaceset& fs = s[0].get_mesh();
+    const float* pos = floats_of(m, attributes.at("POSITION"));
+    const float* nrm = floats_of(m, attributes.at("NORMAL"));
+    const float* tex = floats_of(m, attributes.at("TEXCOORD_0"));
+    const float* tan = floats_of(m, attributes.at("TANGENT"));
+    for (std::uint32_t c = 0; c < 9; ++c) {
+        const face& f = fs.get_face(c / 3);
+        const vector3d& p = fs.get_vertex(f.vertex[c % 3]);
+        EXPECT_EQ(pos[3 * c], static_cast<float>(p.x)) << c;
+        EXPECT_EQ(pos[3 * c + 2], static_cast<float>(p.z)) << c;
+        EXPECT_EQ(tex[2 * c + 1], fs.get_texcoord(f.texcoord[c % 3]).v) << c;
+        EXPECT_NEAR(length3(nrm + 3 * c), 1.0f, 1e-6f) << c;
+        EXPECT_NEAR(length3(tan + 4 * c), 1.0f, 1e-6f) << c;
+        const vector3d& t = fs.get_tangent(c);
+        if (t.length() > 0.0) {
+            const vector3d n = fs.get_normal(c);
+            EXPECT_NEAR(nrm[3 * c + 1], n.y, 1e-6) << c;
+            EXPECT_NEAR(tan[4 * c], t.x / t.length(), 1e-6) << c;
+            EXPECT_NEAR(tan[4 * c + 2], t.z / t.length(), 1e-6) << c;
+            EXPECT_EQ(tan[4 * c + 3], dot(cross(n, t), fs.get_bitangent(c)) < 0.0 ? -1.0f : 1.0f)
+                << c;
+        }
+    }
     expect_valid(path("square.glb"));
 }
 

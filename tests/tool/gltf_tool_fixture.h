@@ -102,9 +102,11 @@ protected:
         return path("scene.txt");
     }
 
-    // Two triangles of a unit square in the x-y plane.
+    // Two triangles of a unit square and a zero-area triangle (zero normal and tangents).
     std::string write_sample_obj() const {
-        return write("square.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3\nf 1 3 4\n");
+        return write("square.obj",
+                     "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 2 0 0\n"
+                     "f 1 2 3\nf 1 3 4\nf 1 2 5\n");
     }
 
     std::string dir;
