@@ -121,7 +121,9 @@ TEST_F(info_convert_test, bad_input_gives_one_line_status_1_and_no_file) {
         EXPECT_EQ(r.err.rfind("facet: ", 0), 0u) << c.args << ": " << r.err;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.args << ": " << r.err;
         EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << c.args << ": " << r.err;
-        if (!c.output.empty()) EXPECT_FALSE(exists(path(c.output))) << c.args;
+        if (!c.output.empty()) {
+            EXPECT_FALSE(exists(path(c.output))) << c.args;
+        }
         EXPECT_TRUE(r.out.empty()) << c.args;
     }
 }

@@ -8,7 +8,6 @@
 #include <limits>
 #include <map>
 #include <ostream>
-#include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -291,8 +290,7 @@ void pack_face_range(const object_plan& plan, const face_group& group, std::size
     }
 }
 
-// The triangle primitive of `group`: three vertices per face. A large group is written by two
-// threads, each its own half of the faces.
+// The triangle primitive of `group`: three vertices per face.
 tinygltf::Primitive pack_faces(const object_plan& plan, const face_group& group,
                                buffer_packer& packer, tinygltf::Model& model) {
     const std::size_t nf = group.faces.size();
@@ -306,15 +304,7 @@ tinygltf::Primitive pack_faces(const object_plan& plan, const face_group& group,
     if (plan.texcoords) out.tex = packer.take(3 * nf, 2, tex_acc);
     if (plan.tangents) out.tan = packer.take(3 * nf, 4, tan_acc);
     float_bounds bounds;
-    if (nf < 65536) {
-        pack_face_range(plan, group, 0, nf, out, bounds);
-    } else {
-        float_bounds second;
-        std::thread helper([&] { pack_face_range(plan, group, nf / 2, nf, out, second); });
-        pack_face_range(plan, group, 0, nf / 2, out, bounds);
-        helper.join();
-        bounds.add(second);
-    }
+    pack_face_range(plan, group, 0, nf, out, bounds);
     bounds.store(model.accessors[pos_acc]);
     prim.attributes["POSITION"] = pos_acc;
     prim.attributes["NORMAL"] = nrm_acc;

@@ -33,6 +33,7 @@ void apply_material_textures(facet::scene& s, const std::string& scene_path,
         unsigned id = 0;
         if (ref == "hatch") {
             id = hatch_texture();
+            o.set_show_texture_in_bw_mode(true);  // a fill pattern is what the mode shows
         } else if (extension_of(ref) == ".tga") {
             const std::string image = ref[0] == '/' ? ref : folder_of(scene_path) + ref;
             try {

@@ -85,7 +85,7 @@ void draw_billboards(const facet::scene& s, const std::vector<matrix44d>& world,
 }
 
 void draw_texts(const facet::scene& s, const std::vector<matrix44d>& world, const view& v,
-                const render_settings& settings, texture_store& textures) {
+                const render_settings& /*both modes alike*/, texture_store& textures) {
     if (graphics::get_global_texture_manager() != &textures) return;
     matrix44d view_matrix, projection;
     v.cam.get_matrix(view_matrix);
@@ -109,8 +109,8 @@ void draw_texts(const facet::scene& s, const std::vector<matrix44d>& world, cons
     glLoadIdentity();
     for (std::size_t i = 0; i < s.size(); ++i) {
         const auto* t = dynamic_cast<const primitives::text*>(&s[i]);
+        // Labels are text, not surface textures: both modes show them.
         if (t == nullptr || !t->visible() || t->get_text().empty()) continue;
-        if (!textures_allowed(*t, settings)) continue;
         const vector3d anchor = transform_vector(world[i], vector3d(0.0, 0.0, 0.0));
         const vector3d in_camera = transform_vector(view_matrix, anchor);
         if (in_camera.z >= 0.0) continue;  // behind the eye

@@ -18,7 +18,8 @@ void draw_billboards(const facet::scene& s, const std::vector<matrix44d>& world,
                      const render_settings& settings, const texture_store& textures);
 
 /// Draws the label of every visible text object of `s` centred on its position, on top of
-/// everything, at the label texture's pixel size. Needs the global texture manager to be
+/// everything, at the label texture's pixel size, in both modes (labels are text, not surface
+/// textures). Needs the global texture manager to be
 /// `textures` (nothing is drawn otherwise); labels are made on first use.
 void draw_texts(const facet::scene& s, const std::vector<matrix44d>& world, const view& v,
                 const render_settings& settings, texture_store& textures);
