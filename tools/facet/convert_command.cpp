@@ -16,11 +16,8 @@ namespace {
 
 // The file name of `path` without folder and extension, white space as '_' (a scene file name
 // is one word).
-std::string stem_of(const std::string& path) {
-    const auto slash = path.find_last_of('/');
-    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    const auto dot = name.find_last_of('.');
-    if (dot != std::string::npos && dot > 0) name.erase(dot);
+std::string object_name_for(const std::string& path) {
+    std::string name = stem_of(path);
     for (char& c : name)
         if (c == ' ' || c == '\t' || c == '\r' || c == '\n') c = '_';
     return name.empty() ? std::string("model") : name;
@@ -38,7 +35,7 @@ void run_convert(const convert_options& options) {
         write_gltf(s, options.output, false, report);
         return;
     }
-    const std::string name = stem_of(options.input);
+    const std::string name = object_name_for(options.input);
     const graphics::custom_mesh model = read_obj_model(options.input, name, report);
     std::vector<primitives::mesh::triangle> triangles;
     triangles.reserve(model.get_faces().size());

@@ -40,22 +40,6 @@ private:
     std::vector<char> m_buffer;
 };
 
-std::string file_name(const std::string& path) {
-    const auto slash = path.find_last_of('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
-std::string stem_of(const std::string& path) {
-    const std::string name = file_name(path);
-    const auto dot = name.find_last_of('.');
-    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
-}
-
-std::string folder_of(const std::string& path) {
-    const auto slash = path.find_last_of('/');
-    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-}
-
 bool ends_with_obj(const std::string& s) { return extension_of(s) == ".obj"; }
 
 // Registers the OBJ models that the scene's custom objects name and the mesh map lacks.
@@ -86,7 +70,7 @@ graphics::custom_mesh read_obj_model(const std::string& path, const std::string&
     if (std::fseek(file.get(), 0, SEEK_END) == 0) size = std::ftell(file.get());
     std::rewind(file.get());
 
-    report.stage("reading " + file_name(path));
+    report.stage("reading " + file_name_of(path));
     reporting_filebuf buffer(file.get(), size, report);
     std::istream in(&buffer);
     obj_import::obj_info info;

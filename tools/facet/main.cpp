@@ -41,11 +41,7 @@ vector3d parse_point(const char* option, const std::string& text) {
 
 // The default output of a render: the input's stem with ".png", in the current folder.
 std::string default_png_name(const std::string& input) {
-    const auto slash = input.find_last_of('/');
-    std::string name = slash == std::string::npos ? input : input.substr(slash + 1);
-    const auto dot = name.find_last_of('.');
-    if (dot != std::string::npos && dot > 0) name.erase(dot);
-    return name + ".png";
+    return facet_tool::stem_of(input) + ".png";
 }
 
 }  // namespace

@@ -25,6 +25,23 @@ std::string extension_of(const std::string& path) {
     return ext;
 }
 
+std::string file_name_of(const std::string& path) {
+    const auto slash = path.find_last_of('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string stem_of(const std::string& path) {
+    std::string name = file_name_of(path);
+    const auto dot = name.find_last_of('.');
+    if (dot != std::string::npos && dot > 0) name.erase(dot);
+    return name;
+}
+
+std::string folder_of(const std::string& path) {
+    const auto slash = path.find_last_of('/');
+    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
 void write_file_atomically(const std::string& path,
                            const std::function<void(std::ostream&)>& write) {
     const std::string temporary = temporary_name_for(path);

@@ -1,4 +1,4 @@
-// Output files that appear whole or not at all.
+// Output files that appear whole or not at all, and the parts of a path.
 #pragma once
 
 #include <functional>
@@ -18,5 +18,14 @@ std::string temporary_name_for(const std::string& path);
 
 /// The lower-case extension of `path` with its dot (".obj"), or "".
 std::string extension_of(const std::string& path);
+
+/// The last component of `path` ("models/gear.obj" -> "gear.obj").
+std::string file_name_of(const std::string& path);
+
+/// The file name of `path` without its extension ("models/gear.obj" -> "gear").
+std::string stem_of(const std::string& path);
+
+/// The folder of `path` with its trailing slash ("models/gear.obj" -> "models/"), or "".
+std::string folder_of(const std::string& path);
 
 }  // namespace facet_tool

@@ -9,11 +9,6 @@ namespace facet_tool {
 
 namespace {
 
-std::string folder_of(const std::string& path) {
-    const auto slash = path.find_last_of('/');
-    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-}
-
 // The hatch pattern's id, made once per process (the library keeps the ids).
 unsigned hatch_texture() {
     static bool made = false;
