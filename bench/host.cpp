@@ -6,6 +6,7 @@
 #include <facet/scene.h>
 
 #include <sstream>
+#include <string>
 
 namespace {
 
@@ -15,6 +16,7 @@ facet::scene chain(std::size_t n) {
     primitives::basic_object* parent = nullptr;
     for (std::size_t i = 0; i < n; ++i) {
         auto& o = s.add(std::make_unique<primitives::box>(), parent);
+        o.set_name("part" + std::to_string(i));  // parents are found by name when read
         o.set_position(vector3d(0.5, 0.25 * (i % 7), -1.0));
         o.set_orientation(vector3d(0, 1, 0), 0.1 * (i % 13));
         parent = &o;
@@ -51,4 +53,19 @@ static void read_written_scene(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
 }
+// A flat scene: every object the child of one root.
+static void destroy_flat_scene(benchmark::State& state) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto s = std::make_unique<facet::scene>();
+        auto& root = s->emplace<primitives::basic_object>();
+        for (int64_t i = 0; i < state.range(0); ++i)
+            s->add(std::make_unique<primitives::basic_object>(), &root);
+        state.ResumeTiming();
+        s.reset();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(destroy_flat_scene)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
 BENCHMARK(read_written_scene)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);

@@ -89,8 +89,16 @@ std::unique_ptr<basic_object> scene::release(const basic_object& object) {
 }
 
 void scene::clear() {
-    // Unlink first: the objects' destructors then touch no object destroyed before them.
-    for (auto& object : m_objects) unlink(*object);
+    // Parents before their children: a parent's destructor lets go of all its children at once,
+    // so no child is looked up in its parent's list and clearing stays linear for any shape.
+    std::vector<std::size_t> order;
+    try {
+        order = top_down_order(m_objects);
+    } catch (const std::invalid_argument&) {  // a cycle linked behind the scene's back
+        for (auto& object : m_objects) unlink(*object);
+        for (std::size_t i = 0; i < m_objects.size(); ++i) order.push_back(i);
+    }
+    for (const std::size_t i : order) m_objects[i].reset();
     m_objects.clear();
     m_members.clear();
 }
