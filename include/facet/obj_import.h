@@ -98,9 +98,10 @@ inline void swap(obj_info& a, obj_info& b) noexcept { a.swap(b); }
 /// calc_bounding_box, swap_all_yz, scale by 10000.0, and translate by (-x_min, -y_min, -z_min)
 /// of the resulting box, so that the model's lower corner lies at the origin.
 ///
-/// The text is taken line by line; a line ends at '\n'. Empty lines and lines starting with
-/// '#' are skipped. A line is split into tokens at ' ', '\t', '\r' and '\n'; any other byte,
-/// binary junk included, belongs to a token. The first token selects the rule (case matters):
+/// The text is taken line by line; a line ends at a line feed. Empty lines and lines starting
+/// with '#' are skipped. A line is split into tokens at spaces, tabs, carriage returns and line
+/// feeds; any other byte, binary junk included, belongs to a token. The first token selects the
+/// rule (case matters):
 ///   "f"      up to 4 corner tokens are read (more are ignored); a face needs at least 3 and
 ///            gets the current material. A corner token is "v", "v/t" or "v/t/n": a base-10
 ///            integer (optional sign) less one is the vertex index; only if digits were read and
@@ -123,7 +124,7 @@ inline void swap(obj_info& a, obj_info& b) noexcept { a.swap(b); }
 /// value read is finite.
 ///
 /// Lines are read into a buffer of 1024 characters: a line longer than 1023 characters keeps
-/// its first 1023, the rest of it up to its '\n' is skipped, and reading goes on with the next
+/// its first 1023, the rest of it up to its line feed is skipped, and reading goes on with the next
 /// line. The cut can fall inside a token, which is then read as far as it goes.
 ///
 /// When the text holds no normals at all, each face gets a computed normal: normals[i] for
