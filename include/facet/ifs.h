@@ -11,6 +11,8 @@
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
+#include <string>
 
 #include "facet/appearance.h"
 #include "facet/carray.h"
@@ -120,6 +122,37 @@ struct FACET_API halfedge {
     bool drawn() const { return (flags & draw_mark) != 0; }
     /// Sets or clears the draw mark; other bits stay.
     void set_drawn(bool d) { flags = d ? (flags | draw_mark) : (flags & ~draw_mark); }
+};
+
+/// The most faces one object's mesh may hold. A face costs about 564 bytes of face set (the
+/// face with its three half-edges, corner normals, tangents, bitangents and texture coordinates),
+/// so the default of 4,000,000 faces allows meshes of about 2.2 GiB. Every builder whose size
+/// follows from the object's counts (free meshes, custom objects, polygons, extruded polygons,
+/// path extrusions, cylinders) checks the faces it is about to make against this limit before
+/// it allocates anything and throws mesh_too_large when they exceed it. A scene file of N bytes
+/// thus never needs more than O(N) memory except up to this limit. Process-wide; set it before
+/// building meshes, from one thread.
+constexpr std::uint64_t default_mesh_face_limit = 4000000;
+
+/// Sets the face limit of one object's mesh (see default_mesh_face_limit); 0 allows no faces.
+FACET_API void set_mesh_face_limit(std::uint64_t faces);
+/// The current face limit of one object's mesh.
+FACET_API std::uint64_t get_mesh_face_limit();
+
+/// Thrown by a mesh builder for a mesh that would hold more faces than get_mesh_face_limit()
+/// allows; nothing was allocated and the face set is unchanged. what() names the object and the
+/// size: "mesh of 'pipe' would hold 2000000 faces, above the limit of 1000000".
+class FACET_API mesh_too_large : public std::length_error {
+public:
+    mesh_too_large(const std::string& object_name, std::uint64_t faces, std::uint64_t limit);
+    ~mesh_too_large() override;
+    /// The faces the mesh would have held (an upper bound for path extrusions).
+    std::uint64_t faces() const noexcept { return m_faces; }
+    std::uint64_t limit() const noexcept { return m_limit; }
+
+private:
+    std::uint64_t m_faces;
+    std::uint64_t m_limit;
 };
 
 /// A triangle mesh with connectivity, shading data, line segments and styles.

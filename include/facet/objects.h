@@ -320,7 +320,9 @@ private:
 };
 
 /// The object-to-world matrix: translation(position) × rotation(angle, axis), pre-multiplied
-/// by the parent's matrix, recursively to the root. Not cached.
+/// by the parent's matrix, recursively to the root. Not cached. Computed from the root down
+/// without recursion, so a chain of any depth works (in time and memory linear in its depth);
+/// parent links that form a cycle fail the check "p != slow".
 FACET_API matrix44d calc_transformation_matrix(const basic_object& o);
 
 /// The world position of the object-space point p: transform_vector(calc_transformation_matrix

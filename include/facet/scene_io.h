@@ -123,8 +123,12 @@ FACET_API void write_objects(const std::vector<primitives::basic_object*>& objec
 /// after a failed number extraction or at the end of the stream, then with an empty found word),
 /// for an unknown type name (found = that name), and for a list element naming a vertex beyond
 /// its block's vertex list. Throws std::runtime_error("Error in read_objects(): parent not
-/// found") when a parent name matches no object. In every case the objects read before the
-/// failure stay in `objects`; the block being read is discarded.
+/// found") when a parent name matches no object, and std::runtime_error("Error in
+/// read_objects(): parent cycle at '<name>'") when linking the object <name> to its parent would
+/// close a cycle of parent links (of a cycle, the object that comes last in the vector is the
+/// one refused). Links are made in vector order up to the failing one; linking is linear in the
+/// number of objects. In every case the objects read before the failure stay in `objects`; the
+/// block being read is discarded.
 FACET_API void read_objects(std::vector<primitives::basic_object*>& objects, std::istream& is);
 
 /// The rules read_objects follows.
@@ -149,8 +153,12 @@ struct FACET_API scene_read_position {
     /// The stream offset at which reading stopped, or where the block of the object whose parent
     /// was not found starts; -1 when the stream cannot tell (it is not seekable).
     std::streamoff offset = -1;
+    /// The parent name of that object, when the failure is its link.
+    std::string parent;
     /// True when the failure is a parent name that matches no object.
     bool parent_not_found = false;
+    /// True when the failure is a parent link that would close a cycle.
+    bool parent_cycle = false;
 };
 
 /// read_objects with a choice of dialect. When `failure` is not null and reading fails, it

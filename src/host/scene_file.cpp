@@ -113,14 +113,12 @@ scene read_text(const std::string& text, const std::string& source) {
         pos = where.offset < 0 ? text.size() : static_cast<std::size_t>(where.offset);
         problem = describe(e, text, pos);
     } catch (const std::exception& e) {
-        if (!where.parent_not_found) {
+        if (!where.parent_not_found && !where.parent_cycle) {
             for (auto* object : read) delete object;
             throw scene_error(source + ": " + object_part(where.type, where.name) + e.what(), 0);
         }
-        const auto orphan = std::find_if(read.begin(), read.end(), [](const auto* o) {
-            return o->get_parent() == nullptr && o->get_parentname() != "_null_";
-        });
-        problem = "parent " + quoted((*orphan)->get_parentname()) + " not found";
+        problem = "parent " + quoted(where.parent) +
+                  (where.parent_cycle ? " would close a cycle of parents" : " not found");
         pos = parent_field_at(text, where.offset < 0 ? 0 : static_cast<std::size_t>(where.offset));
     }
     if (!problem.empty()) {

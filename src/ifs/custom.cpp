@@ -4,8 +4,15 @@
 #include "facet/custom_mesh.h"
 #include "facet/ifs.h"
 #include "facet/primitives.h"
+#include "ifs/face_limit.h"
 
 void indexedfaceset::create_mesh(const primitives::custom& c) {
+    const std::string& id = c.get_mesh_id();
+    const graphics::custom_mesh* registered = graphics::get_global_mesh_map().find_mesh(id);
+    if (registered != nullptr || id.empty())
+        facet::detail::check_face_count(
+            c, (id.empty() ? c.get_inline_mesh() : *registered).num_faces());
+
     // 1. The object's styles.
     const std::vector<graphics::style> styles = c.get_styles();
     const auto num_styles = static_cast<std::uint32_t>(styles.size());
@@ -13,8 +20,6 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     for (std::uint32_t i = 0; i < num_styles; ++i) m_styles[i] = styles[i];
 
     // 2. The source mesh; an id that names no registered mesh ends the build here.
-    const std::string& id = c.get_mesh_id();
-    const graphics::custom_mesh* registered = graphics::get_global_mesh_map().find_mesh(id);
     if (registered == nullptr && !id.empty()) return;
     const graphics::custom_mesh& source = id.empty() ? c.get_inline_mesh() : *registered;
 

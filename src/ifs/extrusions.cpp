@@ -6,6 +6,7 @@
 #include "facet/ifs.h"
 #include "facet/primitives.h"
 #include "ifs/extrusion_geometry.h"
+#include "ifs/face_limit.h"
 
 namespace {
 
@@ -25,6 +26,9 @@ void store_solid(indexedfaceset& target, const facet::detail::closed_solid& soli
 
 void indexedfaceset::create_mesh(const primitives::extruded_polygon& e) {
     const std::vector<vector3d>& points = e.get_points();
+    // Two caps of m - 2 triangles and two per side.
+    const std::uint64_t m = points.size();
+    facet::detail::check_face_count(e, m >= 3 ? 2 * (m - 2) + 2 * m : 0);
     // May throw; nothing has been changed yet.
     const facet::detail::cap_triangulation cap =
         facet::detail::triangulate_cap(facet::detail::project_outline(points));
@@ -45,6 +49,10 @@ void indexedfaceset::create_mesh(const primitives::extruded_polygon& e) {
 }
 
 void indexedfaceset::create_mesh(const primitives::path_extrusion& p) {
+    // Two caps of m - 2 triangles and two per profile edge and path segment (every path point
+    // counted: an upper bound).
+    const std::uint64_t m = p.get_profile().size(), k = p.get_path().size();
+    facet::detail::check_face_count(p, m >= 3 && k >= 2 ? 2 * (m - 2) + 2 * m * (k - 1) : 0);
     std::vector<vector2d> outline;
     outline.reserve(p.get_profile().size());
     for (const vector3d& q : p.get_profile()) outline.push_back(vector2d(q.x, q.y));

@@ -1,8 +1,10 @@
 // indexedfaceset: the mesh of a free triangle mesh.
 #include "facet/ifs.h"
 #include "facet/primitives.h"
+#include "ifs/face_limit.h"
 
 void indexedfaceset::create_mesh(const primitives::mesh& m) {
+    facet::detail::check_face_count(m, m.triangles_size());
     m_vertices.resize(m.vertices_size());
     m_faces.resize(m.triangles_size());
 

@@ -6,6 +6,7 @@
 #include "facet/ifs.h"
 #include "facet/primitives.h"
 #include "facet/triangulate.h"
+#include "ifs/face_limit.h"
 
 namespace {
 
@@ -52,6 +53,7 @@ std::vector<vector2<double>> projected_outline(const carray<vector3d>& v, const 
 
 void indexedfaceset::create_mesh(const primitives::polygon& p) {
     const auto n = static_cast<std::uint32_t>(p.size());
+    facet::detail::check_face_count(p, n >= 3 ? n - 2 : 0);
     m_vertices.resize(n);
     for (std::uint32_t i = 0; i < n; ++i) m_vertices[i] = p[i];
 

@@ -3,6 +3,7 @@
 
 #include "facet/ifs.h"
 #include "facet/primitives.h"
+#include "ifs/face_limit.h"
 
 namespace {
 
@@ -45,6 +46,7 @@ void indexedfaceset::create_mesh(const primitives::cylinder& c) {
     const double h = c.get_height();
     const double r = c.get_radius();
     FACET_CHECK(n <= max_cylinder_divisions);
+    facet::detail::check_face_count(c, 4 * static_cast<std::uint64_t>(n));
 
     // Top ring T(i) = i + 2, bottom ring B(i) = n + i + 2.
     const auto top = [](std::uint32_t i) { return i + 2; };

@@ -33,21 +33,73 @@ namespace {
 
 using object_list = std::vector<primitives::basic_object*>;
 
-// Links every object to the first object of its stored parent name. Returns the index of the
-// first object whose parent is missing (the objects before it are linked), or objects.size().
-std::size_t link_parents(object_list& objects) {
-    std::unordered_map<std::string, primitives::basic_object*> first_of_name;
+enum class link_failure { none, parent_not_found, parent_cycle };
+
+struct link_result {
+    link_failure failure = link_failure::none;
+    std::size_t index = 0;  // of the object whose link failed
+};
+
+constexpr std::ptrdiff_t no_parent = -1;
+constexpr std::ptrdiff_t missing_parent = -2;
+
+// For each object, the index of the first object of its stored parent name, no_parent for
+// "_null_", missing_parent when no object has that name.
+std::vector<std::ptrdiff_t> parent_targets(const object_list& objects) {
+    std::unordered_map<std::string, std::ptrdiff_t> first_of_name;
     first_of_name.reserve(objects.size());
-    for (primitives::basic_object* object : objects)
-        first_of_name.emplace(object->get_name(), object);  // keeps the first of a name
+    for (std::size_t i = 0; i < objects.size(); ++i)
+        first_of_name.emplace(objects[i]->get_name(), static_cast<std::ptrdiff_t>(i));
+    std::vector<std::ptrdiff_t> targets(objects.size(), no_parent);
     for (std::size_t i = 0; i < objects.size(); ++i) {
         const std::string& parentname = objects[i]->get_parentname();
         if (parentname == "_null_") continue;
-        const auto parent = first_of_name.find(parentname);
-        if (parent == first_of_name.end()) return i;
-        objects[i]->set_parent(parent->second);
+        const auto found = first_of_name.find(parentname);
+        targets[i] = found == first_of_name.end() ? missing_parent : found->second;
     }
-    return objects.size();
+    return targets;
+}
+
+// Marks, for every cycle of the links, the member linked last in order: its link would close it.
+std::vector<bool> cycle_closing_links(const std::vector<std::ptrdiff_t>& targets) {
+    enum : unsigned char { unseen, on_path, done };
+    std::vector<unsigned char> state(targets.size(), unseen);
+    std::vector<std::size_t> position(targets.size());  // on the current path
+    std::vector<bool> closing(targets.size(), false);
+    std::vector<std::size_t> path;
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+        path.clear();
+        std::ptrdiff_t j = static_cast<std::ptrdiff_t>(i);
+        while (j >= 0 && state[static_cast<std::size_t>(j)] == unseen) {
+            state[static_cast<std::size_t>(j)] = on_path;
+            position[static_cast<std::size_t>(j)] = path.size();
+            path.push_back(static_cast<std::size_t>(j));
+            j = targets[static_cast<std::size_t>(j)];
+        }
+        if (j >= 0 && state[static_cast<std::size_t>(j)] == on_path) {
+            std::size_t last = 0;
+            for (std::size_t k = position[static_cast<std::size_t>(j)]; k < path.size(); ++k)
+                last = std::max(last, path[k]);
+            closing[last] = true;
+        }
+        for (const std::size_t k : path) state[k] = done;
+    }
+    return closing;
+}
+
+// Links every object, in order, to the first object of its stored parent name, and stops at the
+// first link that names no object or would close a cycle (the links before it are made).
+// Linear in the number of objects.
+link_result link_parents(object_list& objects) {
+    const std::vector<std::ptrdiff_t> targets = parent_targets(objects);
+    const std::vector<bool> closing = cycle_closing_links(targets);
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        if (targets[i] == no_parent) continue;
+        if (targets[i] == missing_parent) return {link_failure::parent_not_found, i};
+        if (closing[i]) return {link_failure::parent_cycle, i};
+        objects[i]->set_parent(objects[static_cast<std::size_t>(targets[i])]);
+    }
+    return {};
 }
 
 std::streamoff offset_of(std::istream& is) {
@@ -95,14 +147,20 @@ void read_objects(object_list& objects, std::istream& is, scene_dialect dialect,
         }
         throw;
     }
-    const std::size_t orphan = link_parents(objects);
-    if (orphan == objects.size()) return;
+    const link_result linked = link_parents(objects);
+    if (linked.failure == link_failure::none) return;
+    const primitives::basic_object& refused = *objects[linked.index];
+    const bool missing = linked.failure == link_failure::parent_not_found;
     if (failure != nullptr) {
-        failure->type = objects[orphan]->class_id();
-        failure->name = objects[orphan]->get_name();
+        failure->type = refused.class_id();
+        failure->name = refused.get_name();
+        failure->parent = refused.get_parentname();
         const std::size_t first_new = objects.size() - block_starts.size();
-        failure->offset = orphan >= first_new ? block_starts[orphan - first_new] : -1;
-        failure->parent_not_found = true;
+        failure->offset = linked.index >= first_new ? block_starts[linked.index - first_new] : -1;
+        failure->parent_not_found = missing;
+        failure->parent_cycle = !missing;
     }
-    throw std::runtime_error("Error in read_objects(): parent not found");
+    if (missing) throw std::runtime_error("Error in read_objects(): parent not found");
+    throw std::runtime_error("Error in read_objects(): parent cycle at '" + refused.get_name() +
+                             "'");
 }

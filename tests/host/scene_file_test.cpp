@@ -166,7 +166,8 @@ TEST(SceneFile, ErrorsNameTheLineAndTheObject) {
     // Parents that name each other.
     text = text_of(s);
     text.replace(text.find("parent _null_"), 13, "parent lid");
-    EXPECT_EQ(read_error(text), "scene.txt: the parent links of 'lid' form a cycle");
+    EXPECT_EQ(read_error(text),
+              "scene.txt:16: box 'pot': parent 'lid' would close a cycle of parents");
 }
 
 TEST(SceneFile, FilesAppearWholeAndMissingFilesAreNamed) {
