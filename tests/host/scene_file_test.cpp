@@ -123,10 +123,13 @@ TEST(SceneFile, HandWrittenMaterialReferenceOnItsOwnLine) {
     std::istringstream in(
         "beginscene\nprimitive empty\n name a\n parent _null_\n ownerid x\n mat_ref red paint\r\n"
         " position 1 2 3\n orientation 0 1 0 0\n brush 1 2 3 4 0\n pen 0 0 0 255 1 0\n"
+        "endprimitive\nprimitive light\n name b\n parent a\n ownerid x\n mat_ref blue\n"
+        " position 0 0 0\n orientation 0 1 0 0\n brush 1 2 3 4 0\n pen 0 0 0 255 1 0\n"
         "endprimitive\nendscene\n");
     const facet::scene s = facet::read_scene(in);
-    ASSERT_EQ(s.size(), 1u);
+    ASSERT_EQ(s.size(), 2u);
     EXPECT_EQ(s[0].get_material_ref_id(), "red paint");
+    EXPECT_EQ(s[1].get_material_ref_id(), "blue");
     EXPECT_EQ(s[0].get_position().z, 3.0);
 }
 
@@ -162,6 +165,9 @@ TEST(SceneFile, ErrorsNameTheLineAndTheObject) {
     std::string text = text_of(s);
     text.replace(text.find("parent pot"), 10, "parent pan");
     EXPECT_EQ(read_error(text), "scene.txt:4: box 'lid': parent 'pan' not found");
+    text = text_of(s);
+    text.replace(text.find("parent _null_"), 13, "parent pan");
+    EXPECT_EQ(read_error(text), "scene.txt:16: box 'pot': parent 'pan' not found");
 
     // Parents that name each other.
     text = text_of(s);

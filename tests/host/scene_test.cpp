@@ -101,18 +101,20 @@ TEST(Scene, BoundsComeFromTheMeshInTheWorld) {
     auto& base = s.emplace<box>(2.0, 1.0, 2.0);
     base.set_position(vector3d{10, 0, 0});
     auto& post = s.add(std::make_unique<cylinder>(2.0, 0.5, 4096), &base);
-    post.set_position(vector3d{0, 1, 0});
+    post.set_position(vector3d{1, 1, 1});  // on the box's top, in the middle
     s.emplace<basic_object>();  // no vertices: an empty box, left out of the union
 
     const std::vector<facet::world_box> boxes = s.world_bounds();
     ASSERT_EQ(boxes.size(), 3u);
     EXPECT_TRUE(boxes[2].empty());
-    // The cylinder's mesh stands on its axis: centred on x = 10, not placed by a corner.
-    EXPECT_NEAR(boxes[1].center().x, 10.0, 1e-9);
+    // The cylinder's mesh stands on its axis: centred on (11, 1), not placed by a corner.
+    EXPECT_NEAR(boxes[1].center().x, 11.0, 1e-9);
+    EXPECT_NEAR(boxes[1].center().z, 1.0, 1e-9);
     EXPECT_NEAR(boxes[1].size().x, 1.0, 1e-6);
     // The box's mesh spans its extents from its origin.
     const facet::world_box all = s.bounds();
-    EXPECT_NEAR(all.min.x, 9.5, 1e-6);
+    EXPECT_EQ(all.min.x, 10.0);
+    EXPECT_NEAR(all.max.y, 3.0, 1e-9);
     EXPECT_EQ(all.max.x, 12.0);
     EXPECT_TRUE(facet::world_box().empty());
     EXPECT_EQ(facet::world_box().size().x, 0.0);

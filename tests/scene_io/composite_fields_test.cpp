@@ -64,6 +64,8 @@ TEST(CompositeFields, TriangleBeyondTheVertexListIsRejected) {
     std::vector<std::unique_ptr<basic_object>> objects;
     EXPECT_EQ(read_scene(block_text(m), objects), "ERROR: '7'expected");
     EXPECT_TRUE(objects.empty());
+    m.set_triangles({{0, 0, 1}});  // one past the last vertex
+    EXPECT_EQ(read_scene(block_text(m), objects), "ERROR: '1'expected");
 }
 
 TEST(CompositeFields, HugeCountsAreNotTrusted) {
