@@ -125,8 +125,9 @@ struct FACET_API halfedge {
 };
 
 /// The most faces one object's mesh may hold. A face costs about 564 bytes of face set (the
-/// face with its three half-edges, corner normals, tangents, bitangents and texture coordinates),
-/// so the default of 4,000,000 faces allows meshes of about 2.2 GiB. Every builder whose size
+/// face with its three half-edges, corner normals, tangents, bitangents and texture coordinates)
+/// and about 700 bytes at the peak of building, so the default of 4,000,000 faces allows meshes
+/// of about 2.2 GiB that take up to about 2.7 GiB while they are built. Every builder whose size
 /// follows from the object's counts (free meshes, custom objects, polygons, extruded polygons,
 /// path extrusions, cylinders) checks the faces it is about to make against this limit before
 /// it allocates anything and throws mesh_too_large when they exceed it. A scene file of N bytes
