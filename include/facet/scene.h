@@ -25,7 +25,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -125,7 +125,7 @@ public:
 
     /// The first object (in scene order) called `name`, or null.
     primitives::basic_object* find(const std::string& name) const;
-    /// The position of `object` in scene order, or -1 when it is not in the scene.
+    /// The position of `object` in scene order, or -1 when it is not in the scene. Constant time.
     std::ptrdiff_t index_of(const primitives::basic_object& object) const;
 
     /// The objects in scene order, as the plain pointers write_objects takes. Still owned by
@@ -172,7 +172,7 @@ private:
     bool contains(const primitives::basic_object* object) const;
 
     std::vector<std::unique_ptr<primitives::basic_object>> m_objects;
-    std::unordered_set<const primitives::basic_object*> m_members;
+    std::unordered_map<const primitives::basic_object*, std::size_t> m_index;  // of m_objects
 };
 
 /// A scene file that could not be read: what() is "<source>:<line>: <type> '<name>': <problem>"

@@ -30,18 +30,18 @@ bool is_self_or_ancestor(const basic_object& candidate, const basic_object* from
 scene::scene() = default;
 scene::~scene() { clear(); }
 scene::scene(scene&& other) noexcept
-    : m_objects(std::move(other.m_objects)), m_members(std::move(other.m_members)) {
+    : m_objects(std::move(other.m_objects)), m_index(std::move(other.m_index)) {
     other.m_objects.clear();
-    other.m_members.clear();
+    other.m_index.clear();
 }
 
 scene& scene::operator=(scene&& other) noexcept {
     if (this != &other) {
         clear();
         m_objects = std::move(other.m_objects);
-        m_members = std::move(other.m_members);
+        m_index = std::move(other.m_index);
         other.m_objects.clear();
-        other.m_members.clear();
+        other.m_index.clear();
     }
     return *this;
 }
@@ -58,7 +58,7 @@ primitives::basic_object& scene::add(std::unique_ptr<basic_object> object, basic
     basic_object* keep = object->get_parent();
     if (parent == nullptr && contains(keep)) parent = keep;
     object->set_parent(parent);
-    m_members.insert(object.get());
+    m_index.emplace(object.get(), m_objects.size());
     m_objects.push_back(std::move(object));
     return *m_objects.back();
 }
@@ -81,9 +81,11 @@ bool scene::remove(const basic_object& object) { return release(object) != nullp
 std::unique_ptr<basic_object> scene::release(const basic_object& object) {
     if (!contains(&object)) return nullptr;
     const std::ptrdiff_t i = index_of(object);
-    m_members.erase(&object);
+    m_index.erase(&object);
     std::unique_ptr<basic_object> out = std::move(m_objects[static_cast<std::size_t>(i)]);
     m_objects.erase(m_objects.begin() + i);
+    for (std::size_t k = static_cast<std::size_t>(i); k < m_objects.size(); ++k)
+        m_index[m_objects[k].get()] = k;
     unlink(*out);
     return out;
 }
@@ -100,18 +102,18 @@ void scene::clear() {
     }
     for (const std::size_t i : order) m_objects[i].reset();
     m_objects.clear();
-    m_members.clear();
+    m_index.clear();
 }
 
 bool scene::contains(const basic_object* object) const {
-    return object != nullptr && m_members.count(object) != 0;
+    return object != nullptr && m_index.count(object) != 0;
 }
 
 scene scene::adopt(std::vector<std::unique_ptr<basic_object>> objects) {
     scene out;
     for (auto& object : objects) {
         if (!object) throw std::invalid_argument("scene::adopt: null object");
-        if (!out.m_members.insert(object.get()).second) {
+        if (!out.m_index.emplace(object.get(), out.m_index.size()).second) {
             object.release();  // the other entry owns it
             throw std::invalid_argument("scene::adopt: '" + object->get_name() +
                                         "' is given twice");
@@ -138,9 +140,8 @@ basic_object* scene::find(const std::string& name) const {
 }
 
 std::ptrdiff_t scene::index_of(const basic_object& object) const {
-    for (std::size_t i = 0; i < m_objects.size(); ++i)
-        if (m_objects[i].get() == &object) return static_cast<std::ptrdiff_t>(i);
-    return -1;
+    const auto found = m_index.find(&object);
+    return found == m_index.end() ? -1 : static_cast<std::ptrdiff_t>(found->second);
 }
 
 std::vector<basic_object*> scene::objects() const {

@@ -1,7 +1,8 @@
 // facet info: the object tree with type, name, world bounds and mesh counts, and totals.
 //
 // Text: one line per object, depth first from the roots in scene order (children in the order
-// they were added), indented two spaces per level:
+// they were added), indented two spaces per level up to 32 levels, deeper ones marked
+// "[depth N]":
 //   box 'lid'  vertices 8  faces 12  lines 0  bounds (0, 0, 0) .. (1, 2, 3)
 // then a line "total: N objects, V vertices, F faces, L lines, bounds ...". An object without
 // vertices shows "bounds none".
@@ -12,6 +13,7 @@
 // "totals" holds "objects", "vertices", "faces", "lines" and "bounds".
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <ostream>
@@ -132,9 +134,12 @@ void run_info(const info_options& options, std::ostream& out) {
     }
     for (const std::size_t i : order) {
         const object_row& r = rows[i];
-        out << std::string(2 * static_cast<std::size_t>(r.depth), ' ') << r.type << " '" << r.name
-            << "'  vertices " << r.vertices << "  faces " << r.faces << "  lines " << r.lines
-            << "  bounds " << bounds_text(r.bounds) << '\n';
+        // Deep chains keep their lines short: the indentation stops growing at max_indent.
+        const int max_indent = 32;
+        out << std::string(2 * static_cast<std::size_t>(std::min(r.depth, max_indent)), ' ');
+        if (r.depth > max_indent) out << "[depth " << r.depth << "] ";
+        out << r.type << " '" << r.name << "'  vertices " << r.vertices << "  faces " << r.faces
+            << "  lines " << r.lines << "  bounds " << bounds_text(r.bounds) << '\n';
     }
     out << "total: " << rows.size() << " objects, " << total.vertices << " vertices, "
         << total.faces << " faces, " << total.lines << " lines, bounds "
