@@ -124,8 +124,8 @@ FACET_API void write_objects(const std::vector<primitives::basic_object*>& objec
 /// for an unknown type name (found = that name), and for a list element naming a vertex beyond
 /// its block's vertex list. Throws std::runtime_error("Error in read_objects(): parent not
 /// found") when a parent name matches no object, and std::runtime_error("Error in
-/// read_objects(): parent cycle at '<name>'") when linking the object <name> to its parent would
-/// close a cycle of parent links (of a cycle, the object that comes last in the vector is the
+/// read_objects(): parent cycle at '<name>'") when linking the object of that name to its parent
+/// would close a cycle of parent links (of a cycle, the object that comes last in the vector is the
 /// one refused). Links are made in vector order up to the failing one; linking is linear in the
 /// number of objects. In every case the objects read before the failure stay in `objects`; the
 /// block being read is discarded.
