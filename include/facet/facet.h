@@ -22,3 +22,4 @@
 #include "facet/spaces.h"
 #include "facet/textures.h"
 #include "facet/triangulate.h"
+#include "facet/version.h"

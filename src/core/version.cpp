@@ -1,0 +1,8 @@
+// The library's own version, fixed when the library is compiled.
+#include "facet/version.h"
+
+namespace facet {
+
+const char* version() noexcept { return FACET_VERSION_STRING; }
+
+}  // namespace facet
