@@ -1,6 +1,10 @@
 # The API reference: `cmake --build <build dir> --target docs` runs Doxygen (Debian's doxygen
 # package) over the public headers and docs/mainpage.md into <build dir>/docs/html. Any Doxygen
-# warning fails the target. Without Doxygen the target is simply absent.
+# warning fails the target. Without Doxygen the target is simply absent, and so it is when facet
+# is a subproject (the name is the host project's to use).
+if(NOT PROJECT_IS_TOP_LEVEL)
+  return()
+endif()
 find_package(Doxygen QUIET)
 if(NOT DOXYGEN_FOUND)
   message(STATUS "Doxygen not found: no 'docs' target")
