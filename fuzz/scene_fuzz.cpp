@@ -9,8 +9,8 @@
 //               text written must read back, and writing that again must give the same text.
 //
 // A documented exception from a reader or a builder is fine; a crash, a sanitizer report or a
-// broken property aborts. Inputs above 64 KB are ignored and path extrusions whose sweep would
-// exceed 65536 profile-path pairs are not meshed, which keeps each run short.
+// broken property aborts. Inputs above 64 KB are ignored and the mesh face limit is lowered to
+// 65536 faces (a larger mesh is refused with mesh_too_large), which keeps each run short.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -34,18 +34,12 @@ namespace {
 using object_list = std::vector<primitives::basic_object*>;
 
 constexpr std::size_t max_input = 64 * 1024;
-constexpr std::size_t max_sweep = 65536;
+constexpr std::uint64_t face_limit = 65536;
 constexpr std::size_t max_shadow_casters = 8;
 
 [[noreturn]] void fail(const char* what, const std::string& detail = std::string()) {
     std::fprintf(stderr, "scene_fuzz: %s\n%s\n", what, detail.c_str());
     std::abort();
-}
-
-/// Whether building the object's mesh is affordable in one fuzz run.
-bool affordable(const primitives::basic_object& object) {
-    const auto* sweep = dynamic_cast<const primitives::path_extrusion*>(&object);
-    return sweep == nullptr || sweep->get_profile().size() * sweep->get_path().size() <= max_sweep;
 }
 
 /// Whether following parents from every object ends at a root.
@@ -80,21 +74,25 @@ bool material_refs_carry(const object_list& objects) {
     return true;
 }
 
-/// Builds the mesh of every affordable object; returns false when one was skipped.
+/// Builds the mesh of every object; returns false when one was refused. Only the documented
+/// refusals may come out of get_mesh: the face limit, an outline that cannot be triangulated and
+/// a path that turns back on itself.
 bool build_meshes(const object_list& objects) {
     bool all = true;
     for (primitives::basic_object* object : objects) {
-        if (!affordable(*object)) {
-            all = false;
-            continue;
-        }
         try {
             const indexedfaceset& mesh = object->get_mesh();
             for (std::uint32_t i = 0; i < mesh.num_faces(); ++i)
                 for (std::uint32_t v : mesh.get_face(i).vertex)
                     if (v >= mesh.num_vertices()) fail("a face names a missing vertex");
-        } catch (const std::exception&) {
-            all = false;  // a documented refusal, such as a mesh above the face limit
+        } catch (const mesh_too_large&) {
+            all = false;
+        } catch (const std::runtime_error& e) {
+            const std::string message = e.what();
+            if (message != "Triangulation error: bad polygon" &&
+                message != "Path extrusion error: path turns back on itself")
+                fail("get_mesh threw an undocumented error", message);
+            all = false;
         }
     }
     return all;
@@ -115,7 +113,6 @@ void build_shadows(const object_list& objects) {
     std::size_t casters = 0;
     for (primitives::basic_object* object : objects) {
         if (casters == max_shadow_casters) break;
-        if (!affordable(*object)) continue;
         ++casters;
         auto volume = std::make_unique<shadow_volume>(object, light, 1.0, 0u);
         try {
@@ -205,6 +202,8 @@ void round_trip(const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const bool limited = (set_mesh_face_limit(face_limit), true);
+    (void)limited;
     if (size > max_input) return 0;
     const std::string text(reinterpret_cast<const char*>(data), size);
     classic(text);
