@@ -43,6 +43,21 @@ public:
         m_size = n;
     }
 
+    /// Makes the array hold `n` elements for a caller that overwrites every one of them: an
+    /// array that already holds `n` keeps its storage and its old values (no allocation, no
+    /// pass over the memory); any other size discards the contents and allocates `n` default-
+    /// initialised elements (indeterminate for scalar types). If the allocation throws, the
+    /// array is left empty.
+    void resize_for_overwrite(size_type n) {
+        if (n == m_size) return;
+        delete[] m_data;
+        m_data = nullptr;
+        m_size = 0;
+        if (n == 0) return;
+        m_data = new T[n];
+        m_size = n;
+    }
+
     /// Exchanges sizes and storage; no element is copied or moved, pointers into either array
     /// stay valid (they now belong to the other array object).
     void swap(carray& other) noexcept {

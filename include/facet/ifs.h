@@ -498,6 +498,9 @@ private:
     // members of the face set and the style).
     void apply_object_appearance(const primitives::basic_object& object);
     void apply_texture_settings(const primitives::basic_object& object);
+    // gen_texcoords_box without touching the tangents and bitangents (set_texture_params
+    // computes them next).
+    void gen_box_texcoords();
 
     carray<vector3d> m_vertices;
     carray<texcoord> m_texcoords;

@@ -10,7 +10,7 @@ void indexedfaceset::construct_halfedge_data() {
     const facet::detail::incoming_edges incoming(
         m_faces, num_vertices, facet::detail::incoming_edges::order::by_start_then_index);
 
-    m_edges.resize(3 * num_faces);
+    m_edges.resize_for_overwrite(3 * num_faces);  // each one written
     halfedge* edges = m_edges.data();
     face* faces = m_faces.data();
     for (std::uint32_t i = 0; i < num_faces; ++i) {

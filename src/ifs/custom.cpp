@@ -24,14 +24,14 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     const graphics::custom_mesh& source = id.empty() ? c.get_inline_mesh() : *registered;
 
     // 3. Vertices.
-    m_vertices.resize(source.num_vertices());
+    m_vertices.resize_for_overwrite(source.num_vertices());  // each one written
     for (std::uint32_t i = 0; i < source.num_vertices(); ++i)
         m_vertices[i] = source.get_vertices()[i];
 
     // 4. Faces, with the brush and pen of their style or, without a valid one, the object's.
     const graphics::brush object_brush = c.get_brush();
     const graphics::pen object_pen = c.get_pen();
-    m_faces.resize(source.num_faces());
+    m_faces.resize_for_overwrite(source.num_faces());  // each one written
     for (std::uint32_t j = 0; j < source.num_faces(); ++j) {
         const graphics::custom_mesh_face& from = source.get_faces()[j];
         face f(from.vertex[0], from.vertex[1], from.vertex[2]);

@@ -3,7 +3,7 @@
 
 void indexedfaceset::compute_normals() {
     const std::uint32_t n = num_faces();
-    m_normals.resize(3 * n);
+    m_normals.resize_for_overwrite(3 * n);  // each one written
     for (std::uint32_t i = 0; i < n; ++i) {
         face& f = m_faces[i];
         const vector3d& p0 = m_vertices[f.vertex[0]];

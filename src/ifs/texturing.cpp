@@ -55,7 +55,8 @@ double apply_row(const matrix2x3& m, int row, const vector3d& p) {
 
 void indexedfaceset::set_texture_params(const primitives::basic_object& object) {
     apply_texture_settings(object);
-    if (object.get_texgen_mode() == graphics::texgen_mode::box) gen_texcoords_box();
+    // compute_tangent_space writes every tangent and bitangent, so they are not zeroed first.
+    if (object.get_texgen_mode() == graphics::texgen_mode::box) gen_box_texcoords();
     compute_tangent_space();
 }
 
@@ -80,9 +81,16 @@ void indexedfaceset::apply_texture_settings(const primitives::basic_object& obje
 
 void indexedfaceset::gen_texcoords_box() {
     const std::uint32_t num_faces = this->num_faces();
-    m_texcoords.resize(3 * num_faces);
+    m_texcoords.resize_for_overwrite(3 * num_faces);
     m_tangents.resize(3 * num_faces);
     m_bitangents.resize(3 * num_faces);
+    gen_box_texcoords();
+}
+
+void indexedfaceset::gen_box_texcoords() {
+    const std::uint32_t num_faces = this->num_faces();
+    // Each face's three slots are written below, with (0, 0) for a face without a style.
+    m_texcoords.resize_for_overwrite(3 * num_faces);
 
     // Every face writes only its own three coordinates, so one pass over the faces with the
     // projection of each face's style gives what a pass per style would.
@@ -93,7 +101,11 @@ void indexedfaceset::gen_texcoords_box() {
 
     for (std::uint32_t i = 0; i < num_faces; ++i) {
         const std::int32_t s = m_faces[i].style;
-        if (s < 0 || static_cast<std::uint32_t>(s) >= projections.size()) continue;
+        if (s < 0 || static_cast<std::uint32_t>(s) >= projections.size()) {
+            texcoord* const slots = m_texcoords.data() + 3 * i;
+            slots[0] = slots[1] = slots[2] = texcoord();
+            continue;
+        }
         gen_texcoords_for_face(projections[s].plain, projections[s].rotated, i);
     }
 }
@@ -115,8 +127,8 @@ void indexedfaceset::gen_texcoords_for_face(const matrix2x3 (&plain)[3],
 
 void indexedfaceset::compute_tangent_space() {
     const std::uint32_t num_faces = this->num_faces();
-    m_tangents.resize(3 * num_faces);
-    m_bitangents.resize(3 * num_faces);
+    m_tangents.resize_for_overwrite(3 * num_faces);  // each one written
+    m_bitangents.resize_for_overwrite(3 * num_faces);
     for (std::uint32_t i = 0; i < num_faces; ++i) {
         face& f = m_faces[i];
         vector2d uv[3];

@@ -27,6 +27,21 @@ TEST(CArray, ResizeDiscardsTheOldContents) {
     EXPECT_EQ(a.data(), nullptr);
 }
 
+TEST(CArray, ResizeForOverwriteKeepsStorageOnlyAtTheSameSize) {
+    carray<std::string> a(2);
+    a[0] = "kept";
+    std::string* const storage = a.data();
+    a.resize_for_overwrite(2);
+    EXPECT_EQ(a.data(), storage);
+    EXPECT_EQ(a[0], "kept");
+    a.resize_for_overwrite(3);
+    ASSERT_EQ(a.size(), 3u);
+    for (const std::string& s : a) EXPECT_TRUE(s.empty());
+    a.resize_for_overwrite(0);
+    EXPECT_EQ(a.size(), 0u);
+    EXPECT_EQ(a.data(), nullptr);
+}
+
 TEST(CArray, SwapExchangesStorageWithoutCopying) {
     carray<int> a(2), b(5);
     a[0] = 7;

@@ -96,15 +96,41 @@ TEST(BoxTexcoords, FacesWithoutAStyleAreLeftAlone) {
     indexedfaceset fs;
     two_like_faces(fs);
     fs.faces()[0].style = 0;
+    fs.faces()[1].style = 0;
+    fs.styles().resize(1);
+    // A first run fills every slot and every frame; the second one starts over from zeros.
+    fs.gen_texcoords_box();
+    fs.compute_tangent_space();
+    ASSERT_NE(fs.get_tangent(0), vector3d());
     fs.faces()[1].style = -1;
     fs.faces()[1].texcoord[1] = 4;
-    fs.styles().resize(1);
     fs.gen_texcoords_box();
     ASSERT_EQ(fs.num_texcoords(), 6u);
     EXPECT_EQ(fs.get_face(0).texcoord[2], 2u);
-    EXPECT_EQ(fs.get_face(1).texcoord[0], 0u);
+    EXPECT_EQ(fs.get_face(1).texcoord[0], 3u);
     EXPECT_EQ(fs.get_face(1).texcoord[1], 4u);
     for (std::uint32_t t = 3; t < 6; ++t) expect_coord(fs.get_texcoord(t), 0, 0);
+    for (std::uint32_t t = 0; t < 6; ++t) {
+        EXPECT_EQ(fs.get_tangent(t), vector3d());
+        EXPECT_EQ(fs.get_bitangent(t), vector3d());
+    }
+}
+
+TEST(TextureParams, ARebuildClearsTheSlotsOfFacesThatLostTheirStyle) {
+    indexedfaceset fs;
+    two_like_faces(fs);
+    fs.faces()[0].style = 0;
+    fs.faces()[1].style = 0;
+    fs.styles().resize(1);
+    primitives::box object;
+    fs.set_texture_params(object);
+    expect_coord(corner_coord(fs, 1, 1), 3, 1);
+    fs.faces()[1].style = 2;
+    fs.set_texture_params(object);
+    for (std::uint32_t t = 3; t < 6; ++t) expect_coord(fs.get_texcoord(t), 0, 0);
+    EXPECT_EQ(fs.get_tangent(4), vector3d());
+    EXPECT_EQ(fs.get_face(1).tangent, vector3d());
+    EXPECT_EQ(fs.get_tangent(1), vector3d(1, 0, 0));
 }
 
 TEST(TextureParams, SeveralStylesKeepTheirSettings) {
