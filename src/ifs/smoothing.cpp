@@ -1,5 +1,7 @@
 // indexedfaceset: smooth corner normals with tangent frames turned along.
 #include <cmath>
+#include <cstring>
+#include <vector>
 
 #include "facet/ifs.h"
 #include "facet/math3d.h"
@@ -7,41 +9,78 @@
 
 namespace {
 
-// For every vertex, the distinct normals of the faces around it (compared with ==), in the
-// order of their first occurrence in the vertex's list of incoming half-edges.
+// The distinct normals of the faces around one vertex (compared with ==), in the order of their
+// first occurrence in the vertex's list of incoming half-edges.
 //
 // A corner's smoothed normal is its face normal plus every normal met in that list which
 // equals neither the face normal nor a normal already taken, and lies within the threshold.
 // An equal normal met again gives the same answer as at its first occurrence (taken: skipped
 // as seen; refused: refused again), so walking the distinct normals gives the same sum, added
-// in the same order. Flat fans (a cap's centre) collapse to one entry, which keeps the work per
-// corner bounded by the number of different normals at the vertex.
+// in the same order. Flat fans (a cap's centre) collapse to one entry.
+//
+// The buffers are reused from vertex to vertex. Short lists are searched linearly; a long list
+// (a fan centre) goes through a hash of the normals' bits, so that collecting them stays
+// linear in the length of the list.
 class distinct_normals {
 public:
-    distinct_normals(const facet::detail::incoming_edges& incoming, const halfedge* edges,
-                     std::uint32_t num_vertices, std::uint32_t num_edges)
-        : m_first(num_vertices + 1), m_normals(num_edges) {
-        std::uint32_t* first = m_first.data();
-        vector3d* normals = m_normals.data();
-        std::uint32_t size = 0;
-        for (std::uint32_t v = 0; v < num_vertices; ++v) {
-            first[v] = size;
-            for (std::uint32_t h = incoming.first(v); h != incoming.last(v); ++h) {
+    void collect(const facet::detail::incoming_edges& incoming, const halfedge* edges,
+                 std::uint32_t v) {
+        m_normals.clear();
+        const std::uint32_t first = incoming.first(v);
+        const std::uint32_t last = incoming.last(v);
+        if (last - first <= linear_limit) {
+            for (std::uint32_t h = first; h != last; ++h) {
                 const vector3d& m = edges[incoming.edge(h)].face->normal;
                 bool known = false;
-                for (std::uint32_t k = first[v]; k < size && !known; ++k) known = normals[k] == m;
-                if (!known) normals[size++] = m;
+                for (std::size_t k = 0; k < m_normals.size() && !known; ++k)
+                    known = m_normals[k] == m;
+                if (!known) m_normals.push_back(m);
             }
+            return;
         }
-        first[num_vertices] = size;
+        std::size_t capacity = 64;
+        while (capacity < 2 * std::size_t{last - first}) capacity *= 2;
+        m_slots.assign(capacity, empty);
+        for (std::uint32_t h = first; h != last; ++h) {
+            const vector3d& m = edges[incoming.edge(h)].face->normal;
+            std::size_t slot = hash(m) & (capacity - 1);
+            bool known = false;
+            while (m_slots[slot] != empty) {
+                if (m_normals[m_slots[slot]] == m) {
+                    known = true;
+                    break;
+                }
+                slot = (slot + 1) & (capacity - 1);
+            }
+            if (known) continue;
+            m_slots[slot] = static_cast<std::uint32_t>(m_normals.size());
+            m_normals.push_back(m);
+        }
     }
 
-    const vector3d* begin(std::uint32_t v) const { return m_normals.data() + m_first.data()[v]; }
-    const vector3d* end(std::uint32_t v) const { return m_normals.data() + m_first.data()[v + 1]; }
+    const vector3d* begin() const { return m_normals.data(); }
+    const vector3d* end() const { return m_normals.data() + m_normals.size(); }
 
 private:
-    carray<std::uint32_t> m_first;
-    carray<vector3d> m_normals;
+    static constexpr std::uint32_t linear_limit = 16;
+    static constexpr std::uint32_t empty = 0xffffffffu;
+
+    // Equal normals (==) hash alike: a zero component is hashed as +0 (−0 == +0); a NaN
+    // equals nothing, whatever its hash.
+    static std::size_t hash(const vector3d& n) {
+        std::uint64_t h = 0;
+        for (double c : {n.x, n.y, n.z}) {
+            const double d = c == 0.0 ? 0.0 : c;
+            std::uint64_t bits;
+            std::memcpy(&bits, &d, sizeof bits);
+            h = (h ^ bits) * 0x9e3779b97f4a7c15ull;
+            h ^= h >> 29;
+        }
+        return static_cast<std::size_t>(h);
+    }
+
+    std::vector<vector3d> m_normals;
+    std::vector<std::uint32_t> m_slots;
 };
 
 }  // namespace
@@ -52,19 +91,38 @@ void indexedfaceset::smooth_mesh(double angle) {
     const std::uint32_t num_vertices = this->num_vertices();
     const facet::detail::incoming_edges incoming(m_faces, num_vertices,
                                                  facet::detail::incoming_edges::order::by_index);
-    // The lists name half-edges 0 .. 3 · num_faces − 1, which must exist (checked once here).
-    if (num_faces > 0) static_cast<void>(m_edges[3 * num_faces - 1]);
-    const distinct_normals around(incoming, m_edges.data(), num_vertices, 3 * num_faces);
+    // The lists name half-edges 0 .. 3 · num_faces − 1, which must exist (checked once here);
+    // the corner arrays hold 3 · num_faces entries (checked once here too).
+    if (num_faces > 0) {
+        static_cast<void>(m_edges[3 * num_faces - 1]);
+        static_cast<void>(m_normals[3 * num_faces - 1]);
+        static_cast<void>(m_tangents[3 * num_faces - 1]);
+        static_cast<void>(m_bitangents[3 * num_faces - 1]);
+    }
+    const halfedge* const edges = m_edges.data();
+    const face* const faces = m_faces.data();
+    vector3d* const normals = m_normals.data();
+    vector3d* const tangents = m_tangents.data();
+    vector3d* const bitangents = m_bitangents.data();
 
-    for (std::uint32_t i = 0; i < num_faces; ++i) {
-        const face& f = m_faces[i];
-        const vector3d& own = f.normal;
-        for (std::uint32_t k = 0; k < 3; ++k) {
-            const std::uint32_t v = f.vertex[k];
+    // Vertex by vertex: every corner is visited once, as the end of the half-edge before it
+    // (half-edge 3i + j ends at corner (j + 1) mod 3 of face i), and computed from its own face
+    // and the distinct normals around its vertex alone, so the order of the visits does not
+    // change a result.
+    distinct_normals around;
+    for (std::uint32_t v = 0; v < num_vertices; ++v) {
+        if (incoming.first(v) == incoming.last(v)) continue;
+        around.collect(incoming, edges, v);
+        for (std::uint32_t h = incoming.first(v); h != incoming.last(v); ++h) {
+            const std::uint32_t e = incoming.edge(h);
+            const std::uint32_t i = e / 3;
+            const std::uint32_t k = (e % 3 + 1) % 3;
+            const face& f = faces[i];
+            const vector3d& own = f.normal;
             static_cast<void>(m_texcoords[f.texcoord[k]]);  // corners must have coordinates
 
             vector3d sum = own;
-            for (const vector3d* m = around.begin(v); m != around.end(v); ++m)
+            for (const vector3d* m = around.begin(); m != around.end(); ++m)
                 if (!(*m == own) && dot(*m, own) > threshold) sum += *m;
             sum.normalize();
 
@@ -83,9 +141,9 @@ void indexedfaceset::smooth_mesh(double angle) {
                 bitangent = transform_vector(r, f.bitangent);
                 bitangent.normalize();
             }
-            m_normals[3 * i + k] = sum;
-            m_tangents[3 * i + k] = tangent;
-            m_bitangents[3 * i + k] = bitangent;
+            normals[3 * i + k] = sum;
+            tangents[3 * i + k] = tangent;
+            bitangents[3 * i + k] = bitangent;
         }
     }
 }

@@ -175,3 +175,41 @@ TEST(FlatListsAgainstLists, SmoothedNormalsAndFrames) {
         }
     }
 }
+
+// Fans around vertex 0 of 15 to 18 and 60 faces, long enough to take the hashed search of
+// distinct normals, with face normals drawn from a pool where +0 and −0 components must count
+// as equal and a NaN as equal to nothing.
+TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
+    const double nan = std::nan("");
+    const vector3d pool[] = {{0, 1, 0},       {-0.0, 1, -0.0}, {0, 1, -0.0},  {0.6, 0.8, 0},
+                             {-0.0, 0.8, 0.6}, {nan, 1, 0},     {0.8, 0.6, 0}, {0, 0.6, -0.8}};
+    std::mt19937 rng(7);
+    for (std::uint32_t n : {15u, 16u, 17u, 18u, 60u}) {
+        indexedfaceset fs;
+        fs.vertices().resize(n + 2);
+        for (std::uint32_t j = 0; j <= n; ++j)
+            fs.vertices()[j + 1] =
+                vector3d(std::cos(0.1 * j), 0.01 * (j % 3), std::sin(0.1 * j));
+        fs.faces().resize(n);
+        for (std::uint32_t j = 0; j < n; ++j) {
+            fs.faces()[j] = face(0, j + 2, j + 1);
+            fs.faces()[j].style = 0;
+        }
+        fs.styles().resize(1);
+        fs.compute_normals();
+        fs.gen_texcoords_box();
+        fs.compute_tangent_space();
+        fs.construct_halfedge_data();
+        for (face& f : fs.faces()) f.normal = pool[rng() % 8];
+        for (double angle : {10.0, 45.0, 135.0}) {
+            const smoothed expected = oracle_smooth_mesh(fs, angle);
+            fs.smooth_mesh(angle);
+            for (std::uint32_t c = 0; c < 3 * fs.num_faces(); ++c) {
+                ASSERT_TRUE(same_bits(fs.get_normal(c), expected.normals[c]))
+                    << "fan " << n << ", angle " << angle << ", corner " << c;
+                ASSERT_TRUE(same_bits(fs.get_tangent(c), expected.tangents[c]));
+                ASSERT_TRUE(same_bits(fs.get_bitangent(c), expected.bitangents[c]));
+            }
+        }
+    }
+}
