@@ -1,4 +1,5 @@
-// get_mesh of large free meshes and custom meshes, beside OpenMesh building the same grid in the
+// get_mesh of large free meshes and custom meshes (rebuilt in place, and a free mesh's first
+// build into a fresh face set), beside OpenMesh building the same grid in the
 // same program (add_vertex / add_face, then face and vertex normals), at three sizes each, and
 // the stages of get_mesh one by one. After the runs a table gives the CPU time of each size,
 // facet's ratio to OpenMesh and the growth from one size to the next (a 4x larger grid should
@@ -52,17 +53,36 @@ void count_faces(benchmark::State& state, std::uint32_t faces) {
     state.counters["faces"] = faces;
 }
 
-void facet_mesh(benchmark::State& state) {
-    const grid g = make_grid(static_cast<std::uint32_t>(state.range(0)));
+primitives::mesh grid_mesh(std::uint32_t n) {
+    const grid g = make_grid(n);
     primitives::mesh m;
     m.set_vertices(g.vertices);
     std::vector<primitives::mesh::triangle> triangles;
     for (std::size_t i = 0; i < g.triangles.size(); i += 3)
         triangles.emplace_back(g.triangles[i], g.triangles[i + 1], g.triangles[i + 2]);
     m.set_triangles(std::move(triangles));
+    return m;
+}
+
+// get_mesh of a dirty object whose face set already holds a mesh of the same size (the host
+// edits and redraws).
+void facet_mesh(benchmark::State& state) {
+    const primitives::mesh m = grid_mesh(static_cast<std::uint32_t>(state.range(0)));
+    m.get_mesh();
     for (auto _ : state) {
         m.set_dirty(true);
         benchmark::DoNotOptimize(m.get_mesh().num_faces());
+    }
+    count_faces(state, m.get_mesh().num_faces());
+}
+
+// The first build: into a fresh face set each time (destroyed in the loop, as OpenMesh's).
+void facet_mesh_first_build(benchmark::State& state) {
+    const primitives::mesh m = grid_mesh(static_cast<std::uint32_t>(state.range(0)));
+    for (auto _ : state) {
+        indexedfaceset fs;
+        m.fill_mesh(fs);
+        benchmark::DoNotOptimize(fs.num_faces());
     }
     count_faces(state, m.get_mesh().num_faces());
 }
@@ -77,6 +97,7 @@ void facet_custom(benchmark::State& state) {
     source.set_faces(std::move(faces));
     primitives::custom c;
     c.set_inline_mesh(std::move(source));
+    c.get_mesh();
     for (auto _ : state) {
         c.set_dirty(true);
         benchmark::DoNotOptimize(c.get_mesh().num_faces());
@@ -155,6 +176,7 @@ void stage_smoothing(benchmark::State& s) {
 
 #define SIZES ->Arg(250)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond)
 BENCHMARK(facet_mesh) SIZES;
+BENCHMARK(facet_mesh_first_build) SIZES;
 BENCHMARK(facet_custom) SIZES;
 #ifdef FACET_BENCH_OPENMESH
 BENCHMARK(openmesh) SIZES;
