@@ -497,6 +497,8 @@ private:
     // the texture coordinates (the standard style if there is none; with one style, the texture
     // members of the face set and the style).
     void apply_object_appearance(const primitives::basic_object& object);
+    // apply_object_appearance without touching the faces: the display flags only.
+    void apply_display_flags(const primitives::basic_object& object);
     void apply_texture_settings(const primitives::basic_object& object);
     // gen_texcoords_box without touching the tangents and bitangents (set_texture_params
     // computes them next).

@@ -32,9 +32,13 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     const graphics::brush object_brush = c.get_brush();
     const graphics::pen object_pen = c.get_pen();
     m_faces.resize_for_overwrite(source.num_faces());  // each one written
+    const face blank;
     for (std::uint32_t j = 0; j < source.num_faces(); ++j) {
         const graphics::custom_mesh_face& from = source.get_faces()[j];
-        face f(from.vertex[0], from.vertex[1], from.vertex[2]);
+        face f = blank;
+        f.vertex[0] = from.vertex[0];
+        f.vertex[1] = from.vertex[1];
+        f.vertex[2] = from.vertex[2];
         f.style = from.style;
         if (from.style < 0 || static_cast<std::uint32_t>(from.style) >= num_styles) {
             f.brush = object_brush;

@@ -12,10 +12,23 @@ void indexedfaceset::create_mesh(const primitives::mesh& m) {
     std::uint32_t i = 0;
     for (auto v = m.vertices_begin(); v != m.vertices_end(); ++v) m_vertices[i++] = *v;
 
+    // The faces get the object's brush and pen and style 0 right away, which is what
+    // finish_mesh would give them after the normals and half-edges (which read neither).
+    face blank;
+    blank.brush = m.get_brush();
+    blank.pen = m.get_pen();
+    blank.style = 0;
+    face* const faces = m_faces.data();
     std::uint32_t j = 0;
-    for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t)
-        m_faces[j++] = face(t->vertex[0], t->vertex[1], t->vertex[2]);
+    for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t, ++j) {
+        faces[j] = blank;
+        faces[j].vertex[0] = t->vertex[0];
+        faces[j].vertex[1] = t->vertex[1];
+        faces[j].vertex[2] = t->vertex[2];
+    }
 
-    finish_mesh(m);
+    finish_mesh_edges(m);
+    apply_display_flags(m);
+    set_texture_params(m);
     smooth_mesh(m.get_smoothing_threshold_angle());
 }

@@ -28,16 +28,26 @@ public:
 
     /// Groups the 3 · faces.size() half-edges by end vertex. A vertex index at or beyond
     /// `num_vertices` fails "index < m_size".
-    incoming_edges(const carray<face>& faces, std::uint32_t num_vertices, order o)
-        : m_first(num_vertices + 1), m_edges(3 * faces.size()) {
+    incoming_edges(const carray<face>& faces, std::uint32_t num_vertices, order o) {
         const std::uint32_t num_faces = faces.size();
-        const face* fs = faces.data();
+        // Every element of these arrays is written below before it is read.
+        m_first.resize_for_overwrite(num_vertices + 1);
+        m_edges.resize_for_overwrite(3 * num_faces);
 
         // Checked once here: every vertex index is in range from then on. Each corner of a face
-        // is the start of one half-edge and the end of another, so the counts serve both.
+        // is the start of one half-edge and the end of another, so the counts serve both. The
+        // face records are read only here; the corners are copied into a packed array (three
+        // indices per face) for the passes that follow.
         carray<std::uint32_t> count(num_vertices);
+        carray<std::uint32_t> corners;
+        corners.resize_for_overwrite(3 * num_faces);
+        std::uint32_t* packed = corners.data();
         for (const face& f : faces)
-            for (std::uint32_t v : f.vertex) ++count[v];
+            for (std::uint32_t v : f.vertex) {
+                ++count[v];
+                *packed++ = v;
+            }
+        const std::uint32_t* const fs = corners.data();
         std::uint32_t* first = m_first.data();
         first[0] = 0;
         for (std::uint32_t v = 0; v < num_vertices; ++v) first[v + 1] = first[v] + count.data()[v];
@@ -47,9 +57,9 @@ public:
         if (o == order::by_index) {
             reset(next, num_vertices);
             for (std::uint32_t i = 0; i < num_faces; ++i) {
-                edges[next[fs[i].vertex[1]]++] = 3 * i;
-                edges[next[fs[i].vertex[2]]++] = 3 * i + 1;
-                edges[next[fs[i].vertex[0]]++] = 3 * i + 2;
+                edges[next[fs[3 * i + 1]]++] = 3 * i;
+                edges[next[fs[3 * i + 2]]++] = 3 * i + 1;
+                edges[next[fs[3 * i]]++] = 3 * i + 2;
             }
             return;
         }
@@ -57,20 +67,22 @@ public:
         // Bucket by start vertex (stable), keeping each half-edge's end vertex alongside; then
         // bucket that sequence by end vertex (stable), keeping the start vertex alongside.
         const std::uint32_t num_edges = 3 * num_faces;
-        carray<std::uint32_t> by_start_edge(num_edges);
-        carray<std::uint32_t> by_start_end(num_edges);
+        carray<std::uint32_t> by_start_edge;
+        carray<std::uint32_t> by_start_end;
+        by_start_edge.resize_for_overwrite(num_edges);
+        by_start_end.resize_for_overwrite(num_edges);
         std::uint32_t* se = by_start_edge.data();
         std::uint32_t* sv = by_start_end.data();
         reset(next, num_vertices);
         for (std::uint32_t i = 0; i < num_faces; ++i) {
-            const std::uint32_t* c = fs[i].vertex;
+            const std::uint32_t* c = fs + 3 * i;
             for (std::uint32_t k = 0; k < 3; ++k) {
                 const std::uint32_t slot = next[c[k]]++;
                 se[slot] = 3 * i + k;
                 sv[slot] = c[(k + 1) % 3];
             }
         }
-        m_start.resize(num_edges);
+        m_start.resize_for_overwrite(num_edges);
         std::uint32_t* starts = m_start.data();
         reset(next, num_vertices);
         for (std::uint32_t u = 0; u < num_vertices; ++u)

@@ -20,12 +20,7 @@ void indexedfaceset::finish_mesh_appearance(const primitives::basic_object& obje
 }
 
 void indexedfaceset::apply_object_appearance(const primitives::basic_object& object) {
-    m_backface_culling = object.get_backface_culling();
-    m_edges_only = object.edges_only();
-    m_show_texture_in_bw_mode = object.show_texture_in_bw_mode();
-    m_black_in_bw_mode = object.black_in_bw_mode();
-    m_texture_rotated = object.texture_rotated();
-
+    apply_display_flags(object);
     const graphics::brush brush = object.get_brush();
     const graphics::pen pen = object.get_pen();
     for (face& f : m_faces) {
@@ -33,4 +28,12 @@ void indexedfaceset::apply_object_appearance(const primitives::basic_object& obj
         f.pen = pen;
         f.style = 0;
     }
+}
+
+void indexedfaceset::apply_display_flags(const primitives::basic_object& object) {
+    m_backface_culling = object.get_backface_culling();
+    m_edges_only = object.edges_only();
+    m_show_texture_in_bw_mode = object.show_texture_in_bw_mode();
+    m_black_in_bw_mode = object.black_in_bw_mode();
+    m_texture_rotated = object.texture_rotated();
 }

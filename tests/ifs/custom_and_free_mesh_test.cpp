@@ -300,6 +300,32 @@ TEST(FreeMesh, ConsistentFoldIsPairedAndMarked) {
     }
 }
 
+TEST(FreeMesh, ARebuildGivesEveryFaceTheObjectsAppearanceAndFlags) {
+    primitives::mesh m;
+    for (int k = 0; k < 4; ++k) m.add_vertex(vector3d(k % 2, k / 2, 0));
+    m.add_quad(0, 1, 3, 2);
+    m.get_mesh();
+    // The same counts again: the arrays are reused and every face rewritten.
+    m.set_brush(red);
+    m.set_pen(pen(color(3, 4, 5)));
+    m.set_backface_culling(false);
+    m.set_show_texture_in_bw_mode(true);
+    m.set_black_in_bw_mode(true);
+    m.set_dirty(true);
+    const indexedfaceset& fs = m.get_mesh();
+    for (std::uint32_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(fs.get_face(i).brush, red);
+        EXPECT_EQ(fs.get_face(i).pen, pen(color(3, 4, 5)));
+        EXPECT_EQ(fs.get_face(i).style, 0);
+        EXPECT_EQ(fs.get_face(i).normal, vector3d(0, 0, 1));
+    }
+    EXPECT_EQ(fs.get_face(1).vertex[2], 2u);
+    EXPECT_EQ(fs.get_face(1).texcoord[2], 5u);
+    EXPECT_FALSE(fs.get_backface_culling());
+    EXPECT_TRUE(fs.show_texture_in_bw_mode());
+    EXPECT_TRUE(fs.show_black_in_bw_mode());
+}
+
 TEST(FreeMesh, GentleFoldIsSmoothedAndQuadsSplit) {
     primitives::mesh m;
     m.add_vertex(vector3d(0, 0, 0));
