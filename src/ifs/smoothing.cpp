@@ -83,6 +83,45 @@ private:
     std::vector<std::uint32_t> m_slots;
 };
 
+// transform_vector(r, p) for the rotation matrix r of make_rotation_matrix(r, angle, axis),
+// with the same arithmetic in the same order, written out: r's last row is (0, 0, 0, 1) and its
+// last column (0, 0, 0, 1), so the projective weight is 1 for a finite p and dividing by it
+// changes no bit; it is divided only when it is not 1.
+struct rotation {
+    double m[3][3];
+
+    rotation(double angle, double ax, double ay, double az) {
+        const double a = geometry::deg_to_rad(angle * 0.5);
+        const double k = std::sin(a) / std::sqrt(ax * ax + ay * ay + az * az);
+        const double w = std::cos(a);
+        const double x = k * ax;
+        const double y = k * ay;
+        const double z = k * az;
+        m[0][0] = 1.0 - 2.0 * (y * y + z * z);
+        m[0][1] = 2.0 * (x * y - w * z);
+        m[0][2] = 2.0 * (x * z + w * y);
+        m[1][0] = 2.0 * (x * y + w * z);
+        m[1][1] = 1.0 - 2.0 * (x * x + z * z);
+        m[1][2] = 2.0 * (y * z - w * x);
+        m[2][0] = 2.0 * (x * z - w * y);
+        m[2][1] = 2.0 * (y * z + w * x);
+        m[2][2] = 1.0 - 2.0 * (x * x + y * y);
+    }
+
+    vector3d apply(const vector3d& p) const {
+        const double w = 0.0 * p.x + 0.0 * p.y + 0.0 * p.z + 1.0;
+        double x = m[0][0] * p.x + m[0][1] * p.y + m[0][2] * p.z + 0.0;
+        double y = m[1][0] * p.x + m[1][1] * p.y + m[1][2] * p.z + 0.0;
+        double z = m[2][0] * p.x + m[2][1] * p.y + m[2][2] * p.z + 0.0;
+        if (!(w == 1.0)) {
+            x /= w;
+            y /= w;
+            z /= w;
+        }
+        return vector3d(x, y, z);
+    }
+};
+
 }  // namespace
 
 void indexedfaceset::smooth_mesh(double angle) {
@@ -134,11 +173,10 @@ void indexedfaceset::smooth_mesh(double angle) {
             const double phi = std::acos(c) * 180.0 / geometry::pi;
             if (std::fabs(phi) >= 0.1 && sum.length() > 0.1) {
                 const vector3d axis = cross(own, sum);
-                matrix44d r;
-                make_rotation_matrix(r, phi, axis.x, axis.y, axis.z);
-                tangent = transform_vector(r, f.tangent);
+                const rotation r(phi, axis.x, axis.y, axis.z);
+                tangent = r.apply(f.tangent);
                 tangent.normalize();
-                bitangent = transform_vector(r, f.bitangent);
+                bitangent = r.apply(f.bitangent);
                 bitangent.normalize();
             }
             normals[3 * i + k] = sum;

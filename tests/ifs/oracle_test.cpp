@@ -178,7 +178,7 @@ TEST(FlatListsAgainstLists, SmoothedNormalsAndFrames) {
 
 // Fans around vertex 0 of 15 to 18 and 60 faces, long enough to take the hashed search of
 // distinct normals, with face normals drawn from a pool where +0 and −0 components must count
-// as equal and a NaN as equal to nothing.
+// as equal and a NaN as equal to nothing, and a few frames that are not finite.
 TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
     const double nan = std::nan("");
     const vector3d pool[] = {{0, 1, 0},       {-0.0, 1, -0.0}, {0, 1, -0.0},  {0.6, 0.8, 0},
@@ -201,6 +201,9 @@ TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
         fs.compute_tangent_space();
         fs.construct_halfedge_data();
         for (face& f : fs.faces()) f.normal = pool[rng() % 8];
+        // Frames that are not finite turn into what the rotation matrix makes of them.
+        fs.faces()[3].tangent = vector3d(HUGE_VAL, 0, 0);
+        fs.faces()[5].bitangent = vector3d(0, nan, 1);
         for (double angle : {10.0, 45.0, 135.0}) {
             const smoothed expected = oracle_smooth_mesh(fs, angle);
             fs.smooth_mesh(angle);
