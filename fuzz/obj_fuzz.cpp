@@ -3,8 +3,10 @@
 //
 // Checked on every input: the record holds material 0 "__default__" and only faces of three or
 // four corners; obj2mesh either gives a mesh whose indices are all valid or throws bad_face and
-// leaves its target unchanged; the custom object's face set refers to its own vertices only and
-// its shadow volume for a light builds. Inputs above 64 KB are cut, which keeps each run short.
+// leaves its target unchanged; every coordinate is finite and the model starts at the origin; the
+// custom object's face set refers to its own vertices only and its shadow volume for a light
+// builds. Inputs above 64 KB are cut, which keeps each run short.
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -29,11 +31,19 @@ const char* const mesh_name = "fuzz.obj";
     std::abort();
 }
 
+/// Material 0 is the default, faces have 3 or 4 corners, every coordinate is finite and the
+/// normalised model's lower corner lies at the origin.
 void check_record(const obj_import::obj_info& info) {
     if (info.materials.empty() || info.materials[0].name != "__default__")
         fail("material 0 is not __default__");
     for (const obj_import::face& f : info.faces)
         if (f.corner_count < 3 || f.corner_count > 4) fail("a face with fewer than 3 corners");
+    for (const vector3d& v : info.vertices)
+        if (!std::isfinite(v.x) || !std::isfinite(v.y) || !std::isfinite(v.z))
+            fail("a vertex is not finite");
+    const obj_import::bounding_box_3d& box = info.bounding_box;
+    if (!info.vertices.empty() && (box.x_min != 0.0 || box.y_min != 0.0 || box.z_min != 0.0))
+        fail("the normalised model does not start at the origin");
 }
 
 void check_face_set(const indexedfaceset& ifs) {
