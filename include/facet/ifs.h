@@ -490,13 +490,21 @@ private:
     // finish_mesh_appearance copies the object's display flags, gives every face the object's
     // brush and pen and style 0, and applies set_texture_params. finish_mesh runs both.
     void finish_mesh(const primitives::basic_object& object);
-    void finish_mesh_edges(const primitives::basic_object& object);
+    void finish_mesh_edges(const primitives::basic_object& object, bool corner_normals = true);
     void finish_mesh_appearance(const primitives::basic_object& object);
     // apply_object_appearance is finish_mesh_appearance up to set_texture_params (display flags;
     // brush, pen and style 0 on every face). apply_texture_settings is set_texture_params up to
     // the texture coordinates (the standard style if there is none; with one style, the texture
     // members of the face set and the style).
     void apply_object_appearance(const primitives::basic_object& object);
+    // compute_normals and compute_tangent_space with `corners` false write the face records
+    // only and leave the corner arrays sized but unwritten, for the builders that end in
+    // smooth_mesh, which writes every corner (finish_mesh_edges with corner_normals false and
+    // apply_texture_params with corner_frames false likewise); with true they are the public
+    // functions.
+    void compute_face_normals(bool corners);
+    void compute_face_frames(bool corners);
+    void apply_texture_params(const primitives::basic_object& object, bool corner_frames);
     // apply_object_appearance without touching the faces: the display flags only.
     void apply_display_flags(const primitives::basic_object& object);
     void apply_texture_settings(const primitives::basic_object& object);

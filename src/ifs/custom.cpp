@@ -51,10 +51,12 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     }
 
     // 5. - 9.
-    finish_mesh_edges(c);
+    // smooth_mesh writes every corner normal, tangent and bitangent: the steps before it leave
+    // them unwritten.
+    finish_mesh_edges(c, false);
     m_backface_culling = c.get_backface_culling();
     m_edges_only = c.edges_only();
-    set_texture_params(c);
+    apply_texture_params(c, false);
     m_show_texture_in_bw_mode = c.show_texture_in_bw_mode();
     m_black_in_bw_mode = c.black_in_bw_mode();
     m_texture_rotated = c.texture_rotated();

@@ -27,8 +27,10 @@ void indexedfaceset::create_mesh(const primitives::mesh& m) {
         faces[j].vertex[2] = t->vertex[2];
     }
 
-    finish_mesh_edges(m);
+    // smooth_mesh writes every corner normal, tangent and bitangent: the steps before it leave
+    // them unwritten.
+    finish_mesh_edges(m, false);
     apply_display_flags(m);
-    set_texture_params(m);
+    apply_texture_params(m, false);
     smooth_mesh(m.get_smoothing_threshold_angle());
 }

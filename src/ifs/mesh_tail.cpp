@@ -7,8 +7,9 @@ void indexedfaceset::finish_mesh(const primitives::basic_object& object) {
     finish_mesh_appearance(object);
 }
 
-void indexedfaceset::finish_mesh_edges(const primitives::basic_object& object) {
-    compute_normals();
+void indexedfaceset::finish_mesh_edges(const primitives::basic_object& object,
+                                       bool corner_normals) {
+    compute_face_normals(corner_normals);
     construct_halfedge_data();
     determine_sharp_edges(object.get_smoothing_threshold_angle());
     set_visible_edge_treshold(object.get_visible_edge_threshold_angle());

@@ -1,9 +1,11 @@
 // indexedfaceset: flat face and corner normals.
 #include "facet/ifs.h"
 
-void indexedfaceset::compute_normals() {
+void indexedfaceset::compute_normals() { compute_face_normals(true); }
+
+void indexedfaceset::compute_face_normals(bool corners) {
     const std::uint32_t n = num_faces();
-    m_normals.resize_for_overwrite(3 * n);  // each one written
+    m_normals.resize_for_overwrite(3 * n);  // each one written, here or by smooth_mesh
     for (std::uint32_t i = 0; i < n; ++i) {
         face& f = m_faces[i];
         const vector3d& p0 = m_vertices[f.vertex[0]];
@@ -12,6 +14,7 @@ void indexedfaceset::compute_normals() {
         vector3d normal = cross(p1 - p0, p2 - p0);
         normal.normalize();
         f.normal = normal;
+        if (!corners) continue;
         m_normals[3 * i] = normal;
         m_normals[3 * i + 1] = normal;
         m_normals[3 * i + 2] = normal;

@@ -54,10 +54,16 @@ double apply_row(const matrix2x3& m, int row, const vector3d& p) {
 }  // namespace
 
 void indexedfaceset::set_texture_params(const primitives::basic_object& object) {
+    apply_texture_params(object, true);
+}
+
+void indexedfaceset::apply_texture_params(const primitives::basic_object& object,
+                                          bool corner_frames) {
     apply_texture_settings(object);
-    // compute_tangent_space writes every tangent and bitangent, so they are not zeroed first.
+    // compute_face_frames writes every tangent and bitangent (or leaves them to smooth_mesh),
+    // so they are not zeroed first.
     if (object.get_texgen_mode() == graphics::texgen_mode::box) gen_box_texcoords();
-    compute_tangent_space();
+    compute_face_frames(corner_frames);
 }
 
 void indexedfaceset::apply_texture_settings(const primitives::basic_object& object) {
@@ -125,9 +131,12 @@ void indexedfaceset::gen_texcoords_for_face(const matrix2x3 (&plain)[3],
     }
 }
 
-void indexedfaceset::compute_tangent_space() {
+void indexedfaceset::compute_tangent_space() { compute_face_frames(true); }
+
+void indexedfaceset::compute_face_frames(bool corners) {
     const std::uint32_t num_faces = this->num_faces();
-    m_tangents.resize_for_overwrite(3 * num_faces);  // each one written
+    // Each one written, here or by smooth_mesh.
+    m_tangents.resize_for_overwrite(3 * num_faces);
     m_bitangents.resize_for_overwrite(3 * num_faces);
     for (std::uint32_t i = 0; i < num_faces; ++i) {
         face& f = m_faces[i];
@@ -140,10 +149,11 @@ void indexedfaceset::compute_tangent_space() {
         vector3d bitangent;
         ComputeTangentBasis(m_vertices[f.vertex[0]], m_vertices[f.vertex[1]],
                             m_vertices[f.vertex[2]], uv[0], uv[1], uv[2], tangent, bitangent);
-        for (std::uint32_t k = 0; k < 3; ++k) {
-            m_tangents[3 * i + k] = tangent;
-            m_bitangents[3 * i + k] = bitangent;
-        }
+        if (corners)
+            for (std::uint32_t k = 0; k < 3; ++k) {
+                m_tangents[3 * i + k] = tangent;
+                m_bitangents[3 * i + k] = bitangent;
+            }
         f.tangent = tangent;
         f.bitangent = bitangent;
     }

@@ -373,3 +373,94 @@ TEST(FreeMesh, TriangleIndexBeyondTheVerticesFails) {
     EXPECT_FALSE(m.has_valid_indices());
     EXPECT_DEATH(m.get_mesh(), "index < m_size");
 }
+
+namespace {
+
+// A 6 × 6 grid of quads on a wave of height `h`, with one triangle standing up and one
+// repeated (so not every edge pairs).
+void wave(std::uint32_t n, double h, std::vector<vector3d>& v, std::vector<std::uint32_t>& t) {
+    v.clear();
+    t.clear();
+    for (std::uint32_t r = 0; r <= n; ++r)
+        for (std::uint32_t c = 0; c <= n; ++c)
+            v.emplace_back(c, h * std::sin(0.9 * c) * std::cos(0.7 * r), r);
+    for (std::uint32_t r = 0; r < n; ++r)
+        for (std::uint32_t c = 0; c < n; ++c) {
+            const std::uint32_t a = r * (n + 1) + c;
+            for (std::uint32_t i : {a, a + n + 1, a + 1, a + 1, a + n + 1, a + n + 2})
+                t.push_back(i);
+        }
+    v.emplace_back(0.5, 3.0, 0.5);
+    for (std::uint32_t i : {0u, 1u, static_cast<std::uint32_t>(v.size() - 1), 0u, 1u, n + 1})
+        t.push_back(i);
+}
+
+// The public steps a free mesh's build is made of, one after the other, on a fresh face set.
+void expect_same_as_the_steps(const indexedfaceset& built, const std::vector<vector3d>& v,
+                              const std::vector<std::uint32_t>& t,
+                              const primitives::basic_object& object) {
+    indexedfaceset fs;
+    fs.vertices().resize(static_cast<std::uint32_t>(v.size()));
+    for (std::uint32_t i = 0; i < v.size(); ++i) fs.vertices()[i] = v[i];
+    fs.faces().resize(static_cast<std::uint32_t>(t.size() / 3));
+    for (std::uint32_t i = 0; i < fs.num_faces(); ++i) {
+        fs.faces()[i] = face(t[3 * i], t[3 * i + 1], t[3 * i + 2]);
+        fs.faces()[i].style = 0;
+    }
+    fs.compute_normals();
+    fs.construct_halfedge_data();
+    fs.determine_sharp_edges(object.get_smoothing_threshold_angle());
+    fs.set_texture_params(object);
+    fs.smooth_mesh(object.get_smoothing_threshold_angle());
+    ASSERT_EQ(built.num_faces(), fs.num_faces());
+    ASSERT_EQ(built.normals().size(), 3 * fs.num_faces());
+    ASSERT_EQ(built.tangents().size(), 3 * fs.num_faces());
+    ASSERT_EQ(built.bitangents().size(), 3 * fs.num_faces());
+    for (std::uint32_t c = 0; c < 3 * fs.num_faces(); ++c) {
+        ASSERT_EQ(built.get_normal(c), fs.get_normal(c)) << "corner " << c;
+        ASSERT_EQ(built.get_tangent(c), fs.get_tangent(c)) << "corner " << c;
+        ASSERT_EQ(built.get_bitangent(c), fs.get_bitangent(c)) << "corner " << c;
+        ASSERT_EQ(built.get_texcoord(c).u, fs.get_texcoord(c).u);
+        ASSERT_EQ(built.get_edge(c).flags, fs.get_edge(c).flags);
+    }
+    for (std::uint32_t i = 0; i < fs.num_faces(); ++i) {
+        ASSERT_EQ(built.get_face(i).normal, fs.get_face(i).normal);
+        ASSERT_EQ(built.get_face(i).tangent, fs.get_face(i).tangent);
+        ASSERT_EQ(built.get_face(i).bitangent, fs.get_face(i).bitangent);
+    }
+}
+
+}  // namespace
+
+// A rebuild of the same size writes into the arrays of the first build: every corner must be
+// rewritten, as a build from scratch step by step gives it.
+TEST(FreeMesh, RebuildsMatchTheStepsOneByOne) {
+    primitives::mesh m;
+    m.set_smoothing_threshold_angle(40.0);
+    std::vector<vector3d> v;
+    std::vector<std::uint32_t> t;
+    for (double h : {0.0, 1.5, 0.4}) {
+        wave(6, h, v, t);
+        m.set_vertices(v);
+        std::vector<primitives::mesh::triangle> triangles;
+        for (std::size_t i = 0; i < t.size(); i += 3)
+            triangles.emplace_back(t[i], t[i + 1], t[i + 2]);
+        m.set_triangles(triangles);
+        expect_same_as_the_steps(m.get_mesh(), v, t, m);
+    }
+}
+
+TEST(CustomMesh, RebuildsMatchTheStepsOneByOne) {
+    primitives::custom c;
+    c.set_smoothing_threshold_angle(40.0);
+    std::vector<vector3d> v;
+    std::vector<std::uint32_t> t;
+    for (double h : {0.0, 1.5, 0.4}) {
+        wave(6, h, v, t);
+        custom_mesh source;
+        source.set_vertices(v);
+        for (std::size_t i = 0; i < t.size(); i += 3) source.add_face(t[i], t[i + 1], t[i + 2]);
+        c.set_inline_mesh(source);
+        expect_same_as_the_steps(c.get_mesh(), v, t, c);
+    }
+}
