@@ -511,6 +511,9 @@ private:
     void compute_face_normals(bool corners);
     void compute_face_frames(bool corners);
     void apply_texture_params(const primitives::basic_object& object, bool corner_frames);
+    // determine_sharp_edges for half-edges fresh from construct_halfedge_data (flags clear,
+    // twins mutual): each pair is looked at once.
+    void determine_sharp_edges_after_pairing(double angle);
     // apply_object_appearance without touching the faces: the display flags only.
     void apply_display_flags(const primitives::basic_object& object);
     void apply_texture_settings(const primitives::basic_object& object);

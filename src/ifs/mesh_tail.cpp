@@ -11,7 +11,7 @@ void indexedfaceset::finish_mesh_edges(const primitives::basic_object& object,
                                        bool corner_normals) {
     compute_face_normals(corner_normals);
     construct_halfedge_data();
-    determine_sharp_edges(object.get_smoothing_threshold_angle());
+    determine_sharp_edges_after_pairing(object.get_smoothing_threshold_angle());
     set_visible_edge_treshold(object.get_visible_edge_threshold_angle());
 }
 
