@@ -7,25 +7,17 @@
 void indexedfaceset::construct_halfedge_data() {
     const std::uint32_t num_vertices = this->num_vertices();
     const std::uint32_t num_faces = this->num_faces();
+    const std::uint32_t num_edges = 3 * num_faces;
     const facet::detail::incoming_edges incoming(
         m_faces, num_vertices, facet::detail::incoming_edges::order::by_start_then_index);
 
-    m_edges.resize_for_overwrite(3 * num_faces);  // each one written
-    halfedge* edges = m_edges.data();
-    face* faces = m_faces.data();
-    for (std::uint32_t i = 0; i < num_faces; ++i) {
-        face& f = faces[i];
-        halfedge* e = edges + 3 * i;
-        e[0] = halfedge(f.vertex[0], &f);
-        e[1] = halfedge(f.vertex[1], &f);
-        e[2] = halfedge(f.vertex[2], &f);
-        e[0].next = &e[1];
-        e[0].prev = &e[2];
-        e[1].next = &e[2];
-        e[1].prev = &e[0];
-        e[2].next = &e[0];
-        e[2].prev = &e[1];
-    }
+    // The twins are found first, as half-edge indices in a compact table (none: unpaired), and
+    // the half-edge records are then written in one sequential pass.
+    constexpr std::uint32_t none = 0xffffffffu;
+    carray<std::uint32_t> twin_table;
+    twin_table.resize_for_overwrite(num_edges);
+    std::uint32_t* const twin = twin_table.data();
+    std::fill(twin, twin + num_edges, none);
 
     // A half-edge u -> v pairs with the first half-edge v -> u (in index order) if that one is
     // still unpaired. In list v the half-edges u -> v of one start vertex u are adjacent and in
@@ -41,13 +33,35 @@ void indexedfaceset::construct_halfedge_data() {
             const std::uint32_t* const from = starts + incoming.first(u);
             const std::uint32_t* const to = starts + incoming.last(u);
             const std::uint32_t* const found = std::lower_bound(from, to, v);
-            halfedge* const reverse =
-                found != to && *found == v ? &edges[incoming.edge(found - starts)] : nullptr;
+            const std::uint32_t reverse =
+                found != to && *found == v ? incoming.edge(found - starts) : none;
             for (; h != list_end && starts[h] == u; ++h) {
-                halfedge& in = edges[incoming.edge(h)];
-                if (in.m_twinedge != nullptr || reverse == nullptr) continue;
-                if (reverse->m_twinedge == nullptr) reverse->set_twin(&in);
+                const std::uint32_t in = incoming.edge(h);
+                if (twin[in] != none || reverse == none) continue;
+                if (twin[reverse] == none) {
+                    twin[reverse] = in;
+                    twin[in] = reverse;
+                }
             }
         }
+    }
+
+    m_edges.resize_for_overwrite(num_edges);  // each one written
+    halfedge* const edges = m_edges.data();
+    face* const faces = m_faces.data();
+    const std::uint32_t* const corners = incoming.corners();
+    for (std::uint32_t i = 0; i < num_faces; ++i) {
+        halfedge* e = edges + 3 * i;
+        for (std::uint32_t k = 0; k < 3; ++k) {
+            e[k] = halfedge(corners[3 * i + k], faces + i);
+            const std::uint32_t t = twin[3 * i + k];
+            e[k].m_twinedge = t == none ? nullptr : edges + t;
+        }
+        e[0].next = &e[1];
+        e[0].prev = &e[2];
+        e[1].next = &e[2];
+        e[1].prev = &e[0];
+        e[2].next = &e[0];
+        e[2].prev = &e[1];
     }
 }

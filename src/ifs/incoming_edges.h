@@ -39,15 +39,14 @@ public:
         // face records are read only here; the corners are copied into a packed array (three
         // indices per face) for the passes that follow.
         carray<std::uint32_t> count(num_vertices);
-        carray<std::uint32_t> corners;
-        corners.resize_for_overwrite(3 * num_faces);
-        std::uint32_t* packed = corners.data();
+        m_corners.resize_for_overwrite(3 * num_faces);
+        std::uint32_t* packed = m_corners.data();
         for (const face& f : faces)
             for (std::uint32_t v : f.vertex) {
                 ++count[v];
                 *packed++ = v;
             }
-        const std::uint32_t* const fs = corners.data();
+        const std::uint32_t* const fs = m_corners.data();
         std::uint32_t* first = m_first.data();
         first[0] = 0;
         for (std::uint32_t v = 0; v < num_vertices; ++v) first[v + 1] = first[v] + count.data()[v];
@@ -98,6 +97,8 @@ public:
     std::uint32_t last(std::uint32_t v) const { return m_first.data()[v + 1]; }
     /// The half-edge at a position.
     std::uint32_t edge(std::uint32_t position) const { return m_edges.data()[position]; }
+    /// The faces' vertex indices, three per face in face order (vertex k of face i at 3i + k).
+    const std::uint32_t* corners() const { return m_corners.data(); }
     /// Its start vertex (order by_start_then_index only).
     std::uint32_t start(std::uint32_t position) const { return m_start.data()[position]; }
     /// The start vertices of all positions (order by_start_then_index only).
@@ -111,6 +112,7 @@ private:
     carray<std::uint32_t> m_first;  // num_vertices + 1 offsets into m_edges
     carray<std::uint32_t> m_edges;  // half-edge indices, grouped by end vertex
     carray<std::uint32_t> m_start;  // start vertex per position (by_start_then_index)
+    carray<std::uint32_t> m_corners;  // the faces' vertex indices, packed
 };
 
 }  // namespace facet::detail
