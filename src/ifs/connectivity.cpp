@@ -8,13 +8,14 @@ void indexedfaceset::construct_halfedge_data() {
     const std::uint32_t num_vertices = this->num_vertices();
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_edges = 3 * num_faces;
-    const facet::detail::incoming_edges incoming(
+    facet::detail::incoming_edges incoming(
         m_faces, num_vertices, facet::detail::incoming_edges::order::by_start_then_index);
 
     // The twins are found first, as half-edge indices in a compact table (none: unpaired), and
     // the half-edge records are then written in one sequential pass.
     constexpr std::uint32_t none = 0xffffffffu;
     carray<std::uint32_t> twin_table;
+    twin_table.swap(incoming.spare());
     twin_table.resize_for_overwrite(num_edges);
     std::uint32_t* const twin = twin_table.data();
     std::fill(twin, twin + num_edges, none);

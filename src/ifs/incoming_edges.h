@@ -63,31 +63,26 @@ public:
             return;
         }
 
-        // Bucket by start vertex (stable), keeping each half-edge's end vertex alongside; then
-        // bucket that sequence by end vertex (stable), keeping the start vertex alongside.
+        // Bucket by start vertex (stable); then bucket that sequence by end vertex (stable),
+        // keeping the start vertex alongside. The end vertex of half-edge e is the corner after
+        // its start: e + 1, or e − 2 for the last half-edge of a face.
         const std::uint32_t num_edges = 3 * num_faces;
-        carray<std::uint32_t> by_start_edge;
-        carray<std::uint32_t> by_start_end;
-        by_start_edge.resize_for_overwrite(num_edges);
-        by_start_end.resize_for_overwrite(num_edges);
-        std::uint32_t* se = by_start_edge.data();
-        std::uint32_t* sv = by_start_end.data();
+        m_spare.resize_for_overwrite(num_edges);
+        std::uint32_t* se = m_spare.data();
         reset(next, num_vertices);
         for (std::uint32_t i = 0; i < num_faces; ++i) {
             const std::uint32_t* c = fs + 3 * i;
-            for (std::uint32_t k = 0; k < 3; ++k) {
-                const std::uint32_t slot = next[c[k]]++;
-                se[slot] = 3 * i + k;
-                sv[slot] = c[(k + 1) % 3];
-            }
+            for (std::uint32_t k = 0; k < 3; ++k) se[next[c[k]]++] = 3 * i + k;
         }
         m_start.resize_for_overwrite(num_edges);
         std::uint32_t* starts = m_start.data();
         reset(next, num_vertices);
         for (std::uint32_t u = 0; u < num_vertices; ++u)
             for (std::uint32_t j = first[u]; j < first[u + 1]; ++j) {
-                const std::uint32_t slot = next[sv[j]]++;
-                edges[slot] = se[j];
+                const std::uint32_t e = se[j];
+                const std::uint32_t end = fs[e % 3 == 2 ? e - 2 : e + 1];
+                const std::uint32_t slot = next[end]++;
+                edges[slot] = e;
                 starts[slot] = u;
             }
     }
@@ -97,6 +92,9 @@ public:
     std::uint32_t last(std::uint32_t v) const { return m_first.data()[v + 1]; }
     /// The half-edge at a position.
     std::uint32_t edge(std::uint32_t position) const { return m_edges.data()[position]; }
+    /// An array of 3 · faces.size() entries that is no longer needed (by_start_then_index
+    /// only): the caller may take it (swap) and overwrite it instead of allocating one.
+    carray<std::uint32_t>& spare() { return m_spare; }
     /// The faces' vertex indices, three per face in face order (vertex k of face i at 3i + k).
     const std::uint32_t* corners() const { return m_corners.data(); }
     /// Its start vertex (order by_start_then_index only).
@@ -113,6 +111,7 @@ private:
     carray<std::uint32_t> m_edges;  // half-edge indices, grouped by end vertex
     carray<std::uint32_t> m_start;  // start vertex per position (by_start_then_index)
     carray<std::uint32_t> m_corners;  // the faces' vertex indices, packed
+    carray<std::uint32_t> m_spare;    // the by-start sequence, dead after construction
 };
 
 }  // namespace facet::detail
