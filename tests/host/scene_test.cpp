@@ -102,7 +102,7 @@ TEST(Scene, BoundsComeFromTheMeshInTheWorld) {
     base.set_position(vector3d{10, 0, 0});
     auto& post = s.add(std::make_unique<cylinder>(2.0, 0.5, 4096), &base);
     post.set_position(vector3d{1, 1, 1});  // on the box's top, in the middle
-    s.emplace<basic_object>();  // no vertices: an empty box, left out of the union
+    s.emplace<basic_object>();             // no vertices: an empty box, left out of the union
 
     const std::vector<facet::world_box> boxes = s.world_bounds();
     ASSERT_EQ(boxes.size(), 3u);
