@@ -114,9 +114,8 @@ void openmesh(benchmark::State& state) {
         std::vector<OpenMesh::VertexHandle> handles;
         handles.reserve(g.vertices.size());
         for (const vector3d& p : g.vertices)
-            handles.push_back(mesh.add_vertex(OpenMesh::Vec3f(static_cast<float>(p.x),
-                                                              static_cast<float>(p.y),
-                                                              static_cast<float>(p.z))));
+            handles.push_back(mesh.add_vertex(OpenMesh::Vec3f(
+                static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z))));
         for (std::size_t i = 0; i < g.triangles.size(); i += 3)
             mesh.add_face(handles[g.triangles[i]], handles[g.triangles[i + 1]],
                           handles[g.triangles[i + 2]]);

@@ -514,6 +514,9 @@ private:
     // determine_sharp_edges for half-edges fresh from construct_halfedge_data (flags clear,
     // twins mutual): each pair is looked at once.
     void determine_sharp_edges_after_pairing(double angle);
+    // smooth_mesh; with edges_as_built, for half-edges untouched since construct_halfedge_data
+    // (so half-edge e belongs to face e / 3), the face normals are read from the faces directly.
+    void smooth_corners(double angle, bool edges_as_built);
     // apply_object_appearance without touching the faces: the display flags only.
     void apply_display_flags(const primitives::basic_object& object);
     void apply_texture_settings(const primitives::basic_object& object);

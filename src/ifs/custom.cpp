@@ -60,5 +60,5 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     m_show_texture_in_bw_mode = c.show_texture_in_bw_mode();
     m_black_in_bw_mode = c.black_in_bw_mode();
     m_texture_rotated = c.texture_rotated();
-    smooth_mesh(c.get_smoothing_threshold_angle());
+    smooth_corners(c.get_smoothing_threshold_angle(), true);
 }

@@ -32,5 +32,5 @@ void indexedfaceset::create_mesh(const primitives::mesh& m) {
     finish_mesh_edges(m, false);
     apply_display_flags(m);
     apply_texture_params(m, false);
-    smooth_mesh(m.get_smoothing_threshold_angle());
+    smooth_corners(m.get_smoothing_threshold_angle(), true);
 }

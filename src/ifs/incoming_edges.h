@@ -107,9 +107,9 @@ private:
         for (std::uint32_t v = 0; v < num_vertices; ++v) next[v] = m_first.data()[v];
     }
 
-    carray<std::uint32_t> m_first;  // num_vertices + 1 offsets into m_edges
-    carray<std::uint32_t> m_edges;  // half-edge indices, grouped by end vertex
-    carray<std::uint32_t> m_start;  // start vertex per position (by_start_then_index)
+    carray<std::uint32_t> m_first;    // num_vertices + 1 offsets into m_edges
+    carray<std::uint32_t> m_edges;    // half-edge indices, grouped by end vertex
+    carray<std::uint32_t> m_start;    // start vertex per position (by_start_then_index)
     carray<std::uint32_t> m_corners;  // the faces' vertex indices, packed
     carray<std::uint32_t> m_spare;    // the by-start sequence, dead after construction
 };

@@ -23,14 +23,16 @@ namespace {
 // linear in the length of the list.
 class distinct_normals {
 public:
-    void collect(const facet::detail::incoming_edges& incoming, const halfedge* edges,
+    // `normal_of(e)`: the normal of the face of half-edge e.
+    template <class NormalOf>
+    void collect(const facet::detail::incoming_edges& incoming, NormalOf normal_of,
                  std::uint32_t v) {
         m_normals.clear();
         const std::uint32_t first = incoming.first(v);
         const std::uint32_t last = incoming.last(v);
         if (last - first <= linear_limit) {
             for (std::uint32_t h = first; h != last; ++h) {
-                const vector3d& m = edges[incoming.edge(h)].face->normal;
+                const vector3d& m = normal_of(incoming.edge(h));
                 bool known = false;
                 for (std::size_t k = 0; k < m_normals.size() && !known; ++k)
                     known = m_normals[k] == m;
@@ -42,7 +44,7 @@ public:
         while (capacity < 2 * std::size_t{last - first}) capacity *= 2;
         m_slots.assign(capacity, empty);
         for (std::uint32_t h = first; h != last; ++h) {
-            const vector3d& m = edges[incoming.edge(h)].face->normal;
+            const vector3d& m = normal_of(incoming.edge(h));
             std::size_t slot = hash(m) & (capacity - 1);
             bool known = false;
             while (m_slots[slot] != empty) {
@@ -124,7 +126,9 @@ struct rotation {
 
 }  // namespace
 
-void indexedfaceset::smooth_mesh(double angle) {
+void indexedfaceset::smooth_mesh(double angle) { smooth_corners(angle, false); }
+
+void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
     const double threshold = std::cos(angle * geometry::pi / 180.0);
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_vertices = this->num_vertices();
@@ -151,7 +155,16 @@ void indexedfaceset::smooth_mesh(double angle) {
     distinct_normals around;
     for (std::uint32_t v = 0; v < num_vertices; ++v) {
         if (incoming.first(v) == incoming.last(v)) continue;
-        around.collect(incoming, edges, v);
+        // Half-edges as construct_halfedge_data left them belong to face e / 3, the face whose
+        // corner is computed next: its record is read anyway.
+        if (edges_as_built)
+            around.collect(
+                incoming,
+                [faces](std::uint32_t e) -> const vector3d& { return faces[e / 3].normal; }, v);
+        else
+            around.collect(
+                incoming,
+                [edges](std::uint32_t e) -> const vector3d& { return edges[e].face->normal; }, v);
         for (std::uint32_t h = incoming.first(v); h != incoming.last(v); ++h) {
             const std::uint32_t e = incoming.edge(h);
             const std::uint32_t i = e / 3;

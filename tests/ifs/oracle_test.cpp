@@ -181,15 +181,14 @@ TEST(FlatListsAgainstLists, SmoothedNormalsAndFrames) {
 // as equal and a NaN as equal to nothing, and a few frames that are not finite.
 TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
     const double nan = std::nan("");
-    const vector3d pool[] = {{0, 1, 0},       {-0.0, 1, -0.0}, {0, 1, -0.0},  {0.6, 0.8, 0},
+    const vector3d pool[] = {{0, 1, 0},        {-0.0, 1, -0.0}, {0, 1, -0.0},  {0.6, 0.8, 0},
                              {-0.0, 0.8, 0.6}, {nan, 1, 0},     {0.8, 0.6, 0}, {0, 0.6, -0.8}};
     std::mt19937 rng(7);
     for (std::uint32_t n : {15u, 16u, 17u, 18u, 60u}) {
         indexedfaceset fs;
         fs.vertices().resize(n + 2);
         for (std::uint32_t j = 0; j <= n; ++j)
-            fs.vertices()[j + 1] =
-                vector3d(std::cos(0.1 * j), 0.01 * (j % 3), std::sin(0.1 * j));
+            fs.vertices()[j + 1] = vector3d(std::cos(0.1 * j), 0.01 * (j % 3), std::sin(0.1 * j));
         fs.faces().resize(n);
         for (std::uint32_t j = 0; j < n; ++j) {
             fs.faces()[j] = face(0, j + 2, j + 1);
@@ -214,5 +213,23 @@ TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
                 ASSERT_TRUE(same_bits(fs.get_bitangent(c), expected.bitangents[c]));
             }
         }
+    }
+}
+
+// smooth_mesh reads the normals around a vertex through the half-edges' face pointers, wherever
+// they point.
+TEST(FlatListsAgainstLists, SmoothingFollowsTheHalfEdgesFacePointers) {
+    for (std::uint32_t seed = 1; seed <= 40; ++seed) {
+        indexedfaceset fs;
+        random_mesh(fs, seed);
+        fs.construct_halfedge_data();
+        std::mt19937 rng(seed);
+        for (halfedge& e : fs.edges())
+            if (rng() % 3 == 0) e.face = &fs.faces()[rng() % fs.num_faces()];
+        const smoothed expected = oracle_smooth_mesh(fs, 60.0);
+        fs.smooth_mesh(60.0);
+        for (std::uint32_t c = 0; c < 3 * fs.num_faces(); ++c)
+            ASSERT_TRUE(same_bits(fs.get_normal(c), expected.normals[c]))
+                << "seed " << seed << ", corner " << c;
     }
 }
