@@ -1,9 +1,10 @@
 // Fuzz harness: scene text through both readers and everything a host does with what was read.
 //
-//   classic     read_objects, then every object's mesh, its world matrix, shadow volumes for the
-//               scene's light, and write_objects; a complete scene written this way must read
-//               back with read_scene (unless a material reference holds what the format cannot
-//               carry, or a real is not finite).
+//   classic     read_objects into a vector holding an object already (which it must keep as it
+//               was), never linking a parent cycle; then every object's mesh, its world matrix,
+//               shadow volumes for the scene's light, and write_objects; a complete scene
+//               written this way must read back with read_scene (unless a material reference
+//               holds what the format cannot carry, or a real is not finite).
 //   round trip  facet::read_scene, then the scene's world matrices (bit for bit those of
 //               calc_transformation_matrix), meshes, bounds, shadow volumes and write_scene; the
 //               text written must read back, and writing that again must give the same text.
@@ -154,7 +155,10 @@ std::unique_ptr<facet::scene> read_back(const std::string& text, const char* wha
 }
 
 void classic(const std::string& text) {
-    object_list raw;
+    // An object the caller holds already: reading keeps it, first and unchanged.
+    auto keeper = std::make_unique<primitives::box>(1.0, 2.0, 3.0);
+    keeper->set_name("keeper");
+    object_list raw{keeper.get()};
     std::istringstream is(text);
     bool complete = true;
     try {
@@ -162,18 +166,19 @@ void classic(const std::string& text) {
     } catch (const std::exception&) {
         complete = false;
     }
-    std::vector<std::unique_ptr<primitives::basic_object>> owned(raw.begin(), raw.end());
+    std::vector<std::unique_ptr<primitives::basic_object>> owned(raw.begin() + 1, raw.end());
+    if (raw.front() != keeper.get() || keeper->get_name() != "keeper" ||
+        keeper->get_parent() != nullptr)
+        fail("read_objects changed an object the caller held");
+    if (!acyclic(raw)) fail("read_objects linked a parent cycle");
 
     build_meshes(raw);
-    const bool linked = acyclic(raw);
-    if (linked) {
-        for (const primitives::basic_object* object : raw)
-            (void)primitives::calc_transformation_matrix(*object);
-        build_shadows(raw);
-    }
+    for (const primitives::basic_object* object : raw)
+        (void)primitives::calc_transformation_matrix(*object);
+    build_shadows(raw);
     std::ostringstream os;
     write_objects(raw, os);
-    if (complete && linked && material_refs_carry(raw))
+    if (complete && material_refs_carry(raw))
         read_back(os.str(), "a scene written by write_objects does not read back");
 }
 
