@@ -10,6 +10,7 @@
 #include <string>
 
 #include "commands.h"
+#include "facet/version.h"
 #include "output_file.h"
 
 namespace {
@@ -49,7 +50,7 @@ std::string default_png_name(const std::string& input) {
 int main(int argc, char** argv) {
     CLI::App app{"facet: render, export, inspect and convert scenes and OBJ models"};
     app.require_subcommand(1);
-    app.set_version_flag("--version", "facet 0.1.0");
+    app.set_version_flag("--version", std::string("facet ") + facet::version());
 
     facet_tool::render_options render;
     std::string size_text, eye_text, target_text;
