@@ -12,7 +12,7 @@
 #include <random>
 #include <vector>
 
-#include "../tests/plane/reference_triangulate.h"
+#include "../tests/support/reference_triangulate.h"
 
 namespace {
 

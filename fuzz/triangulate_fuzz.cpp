@@ -1,5 +1,5 @@
 // Fuzz harness: triangulate() of arbitrary outlines against the textbook ear clipper kept in the
-// tests (tests/plane/reference_triangulate.h). Both must append the same triangles in the same
+// tests (tests/support/reference_triangulate.h). Both must append the same triangles in the same
 // order and fail the same way; area() must agree bit for bit.
 //
 // Input: each coordinate is read from one byte b. Below 0xf8 it is the integer b - 124 (a
@@ -20,7 +20,7 @@
 
 #include <facet/triangulate.h>
 
-#include "plane/reference_triangulate.h"
+#include "support/reference_triangulate.h"
 
 namespace {
 
