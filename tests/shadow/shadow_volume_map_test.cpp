@@ -12,6 +12,7 @@
 #include "facet/shadow_volume.h"
 
 using primitives::basic_object;
+using volumes = std::vector<shadow_volume*>;
 
 namespace {
 
@@ -19,65 +20,59 @@ shadow_volume* volume(basic_object* master, std::uint32_t light_index) {
     return new shadow_volume(master, vector3d(1.0, 2.0, 3.0), 0.0, light_index);
 }
 
-// Three masters in the map's key order (their addresses ascending).
+// Three masters in the map's key order (their addresses ascending), and a map.
 struct three_masters {
     std::array<basic_object, 3> storage;
-    std::array<basic_object*, 3> by_key;
-
-    three_masters() {
-        for (std::size_t i = 0; i < 3; ++i) by_key[i] = &storage[i];
-        std::sort(by_key.begin(), by_key.end(), std::less<basic_object*>());
-    }
+    std::array<basic_object*, 3> by_key = {&storage[0], &storage[1], &storage[2]};
+    shadow_volume_map map;
+    three_masters() { std::sort(by_key.begin(), by_key.end(), std::less<basic_object*>()); }
     basic_object* operator[](std::size_t i) const { return by_key[i]; }
+    // Moves v to light 0 and files it again: it replaces that light's volume.
+    void refile_for_light_0(shadow_volume* v) {
+        v->set_light(vector3d(1.0, 2.0, 3.0), 0.0, 0, true);
+        map.add_shadow_volume(v);
+    }
 };
 
 }  // namespace
 
 TEST(ShadowVolumeMap, AddReplaceAndLookUp) {
-    basic_object a, b;
-    shadow_volume_map map;
-    shadow_volume* a0 = volume(&a, 0);
-    shadow_volume* a1 = volume(&a, 1);
-    map.add_shadow_volume(a0);
-    map.add_shadow_volume(a1);
-    map.add_shadow_volume(volume(&b, 0));
+    three_masters m;
+    shadow_volume_map& map = m.map;
+    shadow_volume *a0 = volume(m[0], 0), *a1 = volume(m[0], 1);
+    for (shadow_volume* v : {a0, a1, volume(m[1], 0)}) map.add_shadow_volume(v);
     EXPECT_EQ(map.num_records(), 2u);
-    EXPECT_EQ(map.get_shadow_volume(&a, 1), a1);
-    EXPECT_EQ(map.get_primitive_shadow_volumes(&a), (std::vector<shadow_volume*>{a0, a1}));
-
+    EXPECT_EQ(map.get_shadow_volume(m[0], 1), a1);
+    EXPECT_EQ(map.get_primitive_shadow_volumes(m[0]), (volumes{a0, a1}));
     // A second volume for light 0 takes the first one's place (and the first is deleted); the
     // same pointer again changes nothing.
-    shadow_volume* a0_new = volume(&a, 0);
-    map.add_shadow_volume(a0_new);
-    map.add_shadow_volume(a0_new);
-    map.add_shadow_volume(a1);
-    EXPECT_EQ(map.get_primitive_shadow_volumes(&a), (std::vector<shadow_volume*>{a0_new, a1}));
-    EXPECT_EQ(map.get_shadow_volume(&a, 0), a0_new);
-
+    shadow_volume* a0_new = volume(m[0], 0);
+    for (shadow_volume* v : {a0_new, a0_new, a1}) map.add_shadow_volume(v);
+    EXPECT_EQ(map.get_primitive_shadow_volumes(m[0]), (volumes{a0_new, a1}));
+    EXPECT_EQ(map.get_shadow_volume(m[0], 0), a0_new);
     // Unknown primitives and lights.
-    basic_object stranger;
-    EXPECT_EQ(map.get_shadow_volume(&stranger, 0), nullptr);
-    EXPECT_TRUE(map.get_primitive_shadow_volumes(&stranger).empty());
+    EXPECT_EQ(map.get_shadow_volume(m[2], 0), nullptr);
+    EXPECT_TRUE(map.get_primitive_shadow_volumes(m[2]).empty());
+    EXPECT_EQ(map.find_record(m[2]), nullptr);
     EXPECT_EQ(map.num_records(), 2u);
-    EXPECT_EQ(map.find_record(&stranger), nullptr);
-    EXPECT_EQ(map.get_shadow_volume(&a, 5), nullptr);
-}  // the map deletes the four volumes still filed
+    EXPECT_EQ(map.get_shadow_volume(m[0], 5), nullptr);
+    // A volume moved to light 0 and filed again replaces a0_new and fills both slots; the map
+    // deletes it once.
+    m.refile_for_light_0(a1);
+    EXPECT_EQ(map.find_record(m[0])->volumes, (volumes{a1, a1}));
+}
 
 TEST(ShadowVolumeMap, MarksDecideWhatTheSweepKeeps) {
     basic_object a, b;
     shadow_volume_map map;
-    // Added this frame: marked, so the sweep keeps them.
-    map.add_shadow_volume(volume(&a, 0));
+    map.add_shadow_volume(volume(&a, 0));  // added this frame: marked, so kept
     map.remove_unused_volumes();
     ASSERT_EQ(map.num_records(), 1u);
     EXPECT_TRUE(map.find_record(&a)->used);
-
-    // Not asked for since the reset: the only record and its volume go.
-    map.reset_records();
+    map.reset_records();  // not asked for since: the only record and its volume go
     EXPECT_FALSE(map.find_record(&a)->used);
     map.remove_unused_volumes();
     EXPECT_EQ(map.num_records(), 0u);
-
     // A lookup of an unknown light still marks the record; an unused record's second volume
     // goes with it.
     map.add_shadow_volume(volume(&b, 0));
@@ -93,16 +88,12 @@ TEST(ShadowVolumeMap, MarksDecideWhatTheSweepKeeps) {
 
 TEST(ShadowVolumeMap, SweepDeletesTheFirstVolumeOfEveryFollowingRecord) {
     three_masters m;
-    shadow_volume_map map;
-    shadow_volume* first[3];
-    shadow_volume* second[3];
+    shadow_volume_map& map = m.map;
+    shadow_volume *first[3], *second[3];
     for (std::size_t i = 0; i < 3; ++i) {
-        first[i] = volume(m[i], 0);
-        second[i] = volume(m[i], 1);
-        map.add_shadow_volume(first[i]);
-        map.add_shadow_volume(second[i]);
+        map.add_shadow_volume(first[i] = volume(m[i], 0));
+        map.add_shadow_volume(second[i] = volume(m[i], 1));
     }
-
     // Only the middle record is unused: it is erased with both volumes, and the walk deletes the
     // first volume of the last record too, which keeps its entry. The first record is untouched.
     map.reset_records();
@@ -111,20 +102,16 @@ TEST(ShadowVolumeMap, SweepDeletesTheFirstVolumeOfEveryFollowingRecord) {
     map.remove_unused_volumes();
     ASSERT_EQ(map.num_records(), 2u);
     EXPECT_EQ(map.find_record(m[1]), nullptr);
-    EXPECT_EQ(map.get_primitive_shadow_volumes(m[0]),
-              (std::vector<shadow_volume*>{first[0], second[0]}));
-
+    EXPECT_EQ(map.get_primitive_shadow_volumes(m[0]), (volumes{first[0], second[0]}));
     const primitive_shadow_record* last = map.find_record(m[2]);
-    ASSERT_NE(last, nullptr);
-    EXPECT_EQ(last->volumes, (std::vector<shadow_volume*>{first[2], second[2]}));
+    EXPECT_EQ(last->volumes, (volumes{first[2], second[2]}));
     ASSERT_EQ(last->deleted.size(), 1u);
     EXPECT_EQ(last->deleted[0].slot, 0u);
     EXPECT_EQ(last->deleted[0].light_index, 0u);
     // The deleted slot is never handed out.
     EXPECT_EQ(map.get_shadow_volume(m[2], 0), nullptr);
     EXPECT_EQ(map.get_shadow_volume(m[2], 1), second[2]);
-    EXPECT_EQ(map.get_primitive_shadow_volumes(m[2]), (std::vector<shadow_volume*>{second[2]}));
-
+    EXPECT_EQ(map.get_primitive_shadow_volumes(m[2]), (volumes{second[2]}));
     // A second sweep that reaches the deleted slot again, through the walk and then as an
     // unused record, deletes nothing twice.
     map.reset_records();
@@ -138,9 +125,8 @@ TEST(ShadowVolumeMap, SweepDeletesTheFirstVolumeOfEveryFollowingRecord) {
 
 TEST(ShadowVolumeMap, AnAddRefillsASlotTheSweepDeleted) {
     three_masters m;
-    shadow_volume_map map;
+    shadow_volume_map& map = m.map;
     for (std::size_t i = 0; i < 3; ++i) map.add_shadow_volume(volume(m[i], 4));
-
     // The first record is unused, the sweep walks on to the end of the map and stops there.
     map.reset_records();
     map.get_shadow_volume(m[1], 4);
@@ -150,51 +136,34 @@ TEST(ShadowVolumeMap, AnAddRefillsASlotTheSweepDeleted) {
     EXPECT_EQ(map.find_record(m[1])->deleted.size(), 1u);
     EXPECT_EQ(map.find_record(m[2])->deleted.size(), 1u);
     EXPECT_TRUE(map.get_primitive_shadow_volumes(m[1]).empty());
-
     // The host makes a new volume for the light it no longer finds: it fills the old slot.
     shadow_volume* fresh = volume(m[1], 4);
     map.add_shadow_volume(fresh);
     EXPECT_TRUE(map.find_record(m[1])->deleted.empty());
-    EXPECT_EQ(map.find_record(m[1])->volumes, (std::vector<shadow_volume*>{fresh}));
+    EXPECT_EQ(map.find_record(m[1])->volumes, (volumes{fresh}));
     EXPECT_EQ(map.get_shadow_volume(m[1], 4), fresh);
     // Another light is appended after the deleted slot.
     shadow_volume* other = volume(m[2], 5);
     map.add_shadow_volume(other);
-    EXPECT_EQ(map.get_primitive_shadow_volumes(m[2]), (std::vector<shadow_volume*>{other}));
+    EXPECT_EQ(map.get_primitive_shadow_volumes(m[2]), (volumes{other}));
 }  // the map deletes `fresh` and `other`, and not m[2]'s deleted first volume
-
-TEST(ShadowVolumeMap, AVolumeFiledTwiceIsDeletedOnce) {
-    basic_object a;
-    shadow_volume_map map;
-    shadow_volume* v0 = volume(&a, 0);
-    shadow_volume* v1 = volume(&a, 1);
-    map.add_shadow_volume(v0);
-    map.add_shadow_volume(v1);
-    // v1 moves to light 0 and is added again: it replaces v0 and now fills both slots.
-    v1->set_light(vector3d(1.0, 2.0, 3.0), 0.0, 0, true);
-    map.add_shadow_volume(v1);
-    EXPECT_EQ(map.find_record(&a)->volumes, (std::vector<shadow_volume*>{v1, v1}));
-}  // deleted once by the map
 
 TEST(ShadowVolumeMap, ADuplicateSlotDeletedByTheSweepIsDeletedEverywhere) {
     three_masters m;
-    shadow_volume_map map;
-    map.add_shadow_volume(volume(m[0], 0));
+    m.map.add_shadow_volume(volume(m[0], 0));
     shadow_volume* v = volume(m[1], 1);
-    map.add_shadow_volume(volume(m[1], 0));
-    map.add_shadow_volume(v);
-    v->set_light(vector3d(1.0, 2.0, 3.0), 0.0, 0, true);
-    map.add_shadow_volume(v);  // m[1]: {v, v}
-
-    map.reset_records();
-    map.get_shadow_volume(m[1], 0);
-    map.remove_unused_volumes();  // m[0] goes; the walk deletes v through m[1]'s first slot
-    ASSERT_EQ(map.find_record(m[1])->deleted.size(), 2u);
-    EXPECT_TRUE(map.get_primitive_shadow_volumes(m[1]).empty());
-    EXPECT_EQ(map.get_shadow_volume(m[1], 0), nullptr);
+    m.map.add_shadow_volume(volume(m[1], 0));
+    m.map.add_shadow_volume(v);
+    m.refile_for_light_0(v);  // m[1]: {v, v}
+    m.map.reset_records();
+    m.map.get_shadow_volume(m[1], 0);
+    m.map.remove_unused_volumes();  // m[0] goes; the walk deletes v through m[1]'s first slot
+    ASSERT_EQ(m.map.find_record(m[1])->deleted.size(), 2u);
+    EXPECT_TRUE(m.map.get_primitive_shadow_volumes(m[1]).empty());
+    EXPECT_EQ(m.map.get_shadow_volume(m[1], 0), nullptr);
 }
 
-TEST(ShadowVolumeMapDeath, NullVolume) {
+TEST(ShadowVolumeMapDeathTest, NullVolume) {
     shadow_volume_map map;
     EXPECT_DEATH(map.add_shadow_volume(nullptr), "volume != 0");
 }
