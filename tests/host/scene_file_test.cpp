@@ -9,6 +9,8 @@
 #include <sstream>
 #include <string>
 
+#include "objects/fixtures.h"
+
 using namespace primitives;
 
 namespace {
@@ -19,55 +21,22 @@ std::string text_of(const facet::scene& s) {
     return os.str();
 }
 
-// Reals that six digits would not carry, and a material reference with spaces.
-void dress(basic_object& o, const std::string& name, int k) {
-    o.set_name(name);
-    o.set_owner_id("owner" + std::to_string(k));
-    o.set_material_ref_id(k % 2 ? "steel plate #" + std::to_string(k) : "");
-    o.set_position(vector3d{1.0 / 3 + k, -0.1 * k, 1e-300});
-    o.set_orientation(vector3d{0.6, 0.8, -1.0 / 7}, 33.333333333333336 + k);
-    o.set_brush(graphics::brush(graphics::color(10 + k, 20, 30, 200), 1));
-    o.set_pen(graphics::pen(graphics::color(1, 2, 3 + k, 4), 3, 2));
-}
-
-// One object of each of the seventeen types, all but the first hanging in a hierarchy.
+// One object of each type, dressed with reals that six digits would not carry and material
+// references with spaces, all but the first hanging in a hierarchy.
 facet::scene every_type() {
-    facet::scene s;
-    auto& root = s.emplace<basic_object>();
-    s.emplace<box>(1.0 / 3, 2.0 / 3, 0.1);
-    s.emplace<cylinder>(1.1, 0.7);
-    s.emplace<cone>(2.2, std::sqrt(2.0));
-    auto& q = s.emplace<quad>();
-    q[2] = {0.1, 0.2, 0.3};
-    auto& pg = s.emplace<polygon>();
-    auto& ep = s.emplace<extruded_polygon>();
-    for (const vector3d& p : {vector3d(0, 0, 0), vector3d(1.1, 0, 0), vector3d(0, 0, 1.3)}) {
-        pg.add_point(p);
-        ep.add_point(p);
+    std::vector<std::unique_ptr<basic_object>> all = one_of_each();
+    for (std::size_t k = 0; k < all.size(); ++k) {
+        basic_object& o = *all[k];
+        o.set_name(o.class_id() + "_" + std::to_string(k));
+        o.set_owner_id("owner" + std::to_string(k));
+        o.set_material_ref_id(k % 2 ? "steel plate #" + std::to_string(k) : "");
+        o.set_position(vector3d{1.0 / 3 + k, -0.1 * k, 1e-300});
+        o.set_orientation(vector3d{0.6, 0.8, -1.0 / 7}, 33.333333333333336 + k);
+        o.set_brush(graphics::brush(graphics::color(10 + k, 20, 30, 200), 1));
+        o.set_pen(graphics::pen(graphics::color(1, 2, 3 + k, 4), 3, 2));
+        if (k > 0) o.set_parent(all[k % 3 ? 0 : k - 1].get());
     }
-    ep.set_extrusion({0, 0.7, 0});
-    ep.set_extrusion_scaling({0.5, 1, 1.0 / 3});
-    s.emplace<primitives::line>(vector3d(0.1, 0.2, 0.3), vector3d(-1, -2, -3.5));
-    s.emplace<polyline>().set_points({{0, 0, 0}, {1, 1, 1}, {2, 0, 1e-9}});
-    auto& m = s.emplace<mesh>();
-    m.set_vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0.25}});
-    m.add_triangle(0, 1, 2);
-    auto& pe = s.emplace<path_extrusion>();
-    pe.set_profile({{0, 0, 0}, {0.1, 0, 0}, {0, 0.1, 0}});
-    pe.set_path({{0, 0, 0}, {0, 0, 1.5}});
-    s.emplace<arrow>().set_head_size(0.3, 0.45);
-    s.emplace<crosshair>().set_size(0.125);
-    s.emplace<custom>("gear_mesh");
-    s.emplace<text>().set_text("label");
-    s.emplace<billboard>().set_width(2.5);
-    s.emplace<light>();
-    int k = 0;
-    for (basic_object& o : s) {
-        dress(o, o.class_id() + "_" + std::to_string(k), k);
-        if (k > 0) s.set_parent(o, k % 3 ? &root : &s[static_cast<std::size_t>(k - 1)]);
-        ++k;
-    }
-    return s;
+    return facet::scene::adopt(std::move(all));
 }
 
 std::string read_error(const std::string& text) {
@@ -108,7 +77,7 @@ TEST(SceneFile, EveryTypeReadsBackBitForBit) {
         EXPECT_EQ(parent ? back.index_of(*parent) : -1,
                   original[i].get_parent() ? original.index_of(*original[i].get_parent()) : -1);
     }
-    const auto& ep = dynamic_cast<const extruded_polygon&>(back[6]);
+    const auto& ep = dynamic_cast<const extruded_polygon&>(back[8]);
     EXPECT_EQ(ep.get_extrusion_scaling().z, 1.0 / 3);
     EXPECT_EQ(back[1].get_position().x, 1.0 / 3 + 1);
 

@@ -9,36 +9,15 @@
 
 #include "facet/custom_mesh.h"
 #include "facet/primitives.h"
+#include "objects/fixtures.h"
 
 using graphics::brush;
 using graphics::color;
 using graphics::custom_mesh;
-using graphics::custom_mesh_face;
-using graphics::mesh_map;
 using graphics::pen;
 using graphics::style;
-using primitives::boundingbox;
 
 namespace {
-
-void expect_box(const boundingbox& b, const vector3d& centre, double w, double h, double d) {
-    EXPECT_EQ(b.center, centre);
-    EXPECT_EQ(b.width, w);
-    EXPECT_EQ(b.height, h);
-    EXPECT_EQ(b.depth, d);
-}
-
-// Whether `change` marks the (first cleaned) object dirty.
-template <class Change>
-bool dirties(const primitives::basic_object& o, Change&& change) {
-    try {
-        o.get_mesh();
-    } catch (const std::exception&) {
-    }
-    o.set_dirty(false);
-    change();
-    return o.is_dirty();
-}
 
 custom_mesh named_triangle(const std::string& name) {
     custom_mesh m(name);
@@ -63,11 +42,10 @@ TEST(CustomMeshData, ListsIndicesAndValueSemantics) {
     EXPECT_EQ(m.add_vertex(vector3d(4, 5, 6)), 1u);
     EXPECT_EQ(m.add_face(0, 1, 2), 0u);  // indices are not checked when added
     EXPECT_EQ(m.get_face(0).style, 0);
-    EXPECT_EQ(m.add_face(custom_mesh_face(1, 0, 2, -1)), 1u);
+    EXPECT_EQ(m.add_face(graphics::custom_mesh_face(1, 0, 2, -1)), 1u);
     EXPECT_EQ(m.add_style("__default__", brush(color(255, 255, 255)), pen(color(0, 0, 0))), 0);
     EXPECT_EQ(m.add_style(style("red", brush(color(255, 0, 0)), pen())), 1);
     EXPECT_EQ(m.get_style(0).name, "__default__");
-    EXPECT_EQ(m.get_style(0).brush.get_color(), color(255, 255, 255));
     EXPECT_FALSE(m.has_valid_indices());
     m.add_vertex(vector3d(7, 8, 9));
     EXPECT_TRUE(m.has_valid_indices());
@@ -75,7 +53,6 @@ TEST(CustomMeshData, ListsIndicesAndValueSemantics) {
     custom_mesh copy = m;
     copy.set_vertex(0, vector3d(0, 0, 0));
     EXPECT_EQ(m.get_vertex(0), vector3d(1, 2, 3));
-
     custom_mesh other("other");
     swap(m, other);
     EXPECT_EQ(m.get_name(), "other");
@@ -84,43 +61,39 @@ TEST(CustomMeshData, ListsIndicesAndValueSemantics) {
     other.clear();
     EXPECT_EQ(other.get_name(), "chair");
     EXPECT_EQ(other.num_vertices() + other.num_faces() + other.num_styles(), 0u);
-
     EXPECT_DEATH(other.get_vertex(0), "index < m_vertices.size()");
     EXPECT_DEATH(other.get_face(0), "index < m_faces.size()");
     EXPECT_DEATH(other.get_style(0), "index < m_styles.size()");
 }
 
 TEST(MeshMap, OwnsRegistersReplacesAndRemoves) {
-    mesh_map map;
+    graphics::mesh_map map;
     custom_mesh& first = map.add_mesh(named_triangle("b"));
     EXPECT_EQ(first.num_vertices(), 3u);
     map.add_mesh(std::make_unique<custom_mesh>("a"));
-    EXPECT_EQ(map.size(), 2u);
     EXPECT_EQ(map.get_names(), (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(map.find_mesh("b"), &first);
     EXPECT_TRUE(map.contains("a"));
     EXPECT_EQ(map.find_mesh("c"), nullptr);
+    EXPECT_EQ(std::as_const(map).find_mesh("c"), nullptr);
 
     custom_mesh& second = map.add_mesh(custom_mesh("b"));  // replaces (and destroys) the first
     EXPECT_EQ(map.size(), 2u);
-    EXPECT_EQ(map.find_mesh("b"), &second);
+    EXPECT_EQ(std::as_const(map).find_mesh("b"), &second);
     EXPECT_EQ(map.find_mesh("b")->num_vertices(), 0u);
-
-    EXPECT_THROW(map.add_mesh(custom_mesh()), std::invalid_argument);
     EXPECT_THROW(map.add_mesh(std::unique_ptr<custom_mesh>()), std::invalid_argument);
     try {
         map.add_mesh(custom_mesh(""));
+        ADD_FAILURE();
     } catch (const std::invalid_argument& e) {
         EXPECT_STREQ(e.what(), "mesh_map: a registered mesh needs a name");
     }
     EXPECT_EQ(map.size(), 2u);
-
     EXPECT_TRUE(map.remove_mesh("a"));
     EXPECT_FALSE(map.remove_mesh("a"));
     map.clear();
     EXPECT_TRUE(map.empty());
     map.add_mesh(named_triangle("left for the destructor"));
-
     EXPECT_EQ(&graphics::get_global_mesh_map(), &graphics::get_global_mesh_map());
 }
 
@@ -138,9 +111,8 @@ TEST_F(RegisteredMeshes, CustomShowsTheRegisteredStylesUntilOverridden) {
 
     c.set_style(2, style("third", brush(), pen()));  // beyond the list: the gap is a default
     ASSERT_EQ(c.num_styles(), 3u);
-    EXPECT_EQ(c.get_style(0).name, "a");
-    EXPECT_EQ(c.get_style(1).name, "");
-    EXPECT_EQ(c.get_styles()[2].name, "third");
+    EXPECT_EQ(c.get_style(0).name + "|" + c.get_style(1).name + "|" + c.get_styles()[2].name,
+              "a||third");
     EXPECT_TRUE(c.has_style_override(2));
     EXPECT_FALSE(c.has_style_override(0));
     c.set_style(0, style("first", brush(), pen()));
@@ -148,19 +120,15 @@ TEST_F(RegisteredMeshes, CustomShowsTheRegisteredStylesUntilOverridden) {
     c.reset_styles();
     EXPECT_EQ(c.num_styles(), 1u);
     EXPECT_EQ(c.get_style(0).name, "a");
-
     EXPECT_DEATH(c.get_style(1), "index < num_styles()");
     EXPECT_DEATH(c.set_style(primitives::custom::max_style_index + 1, style()),
                  "index <= max_style_index");
 }
 
-TEST(CustomObject, DefaultsCopiesAndDirtyMarking) {
+TEST(CustomObject, InlineMeshDirtyMarkingAndCopies) {
     primitives::custom c;
-    EXPECT_EQ(c.class_id(), "custom");
     EXPECT_EQ(c.get_mesh_id(), "");
     EXPECT_EQ(c.get_source_mesh(), &c.get_inline_mesh());
-    EXPECT_FALSE(c.ignore_for_shadows());
-
     EXPECT_TRUE(dirties(c, [&] { c.set_mesh_id("x"); }));
     EXPECT_TRUE(dirties(c, [&] { c.set_mesh_id(""); }));
     EXPECT_TRUE(dirties(c, [&] { c.set_inline_mesh(named_triangle("t")); }));
@@ -175,7 +143,6 @@ TEST(CustomObject, DefaultsCopiesAndDirtyMarking) {
     EXPECT_EQ(copy->get_inline_mesh().num_faces(), 1u + 12u + 12u);
     EXPECT_EQ(copy->get_style(0).name, "mine");
     EXPECT_EQ(copy->num_styles(), 2u);  // the triangle's style and the first box's
-
     EXPECT_TRUE(dirties(c, [&] { c.clear(); }));
     EXPECT_EQ(c.get_inline_mesh().num_vertices(), 0u);
     EXPECT_EQ(c.get_inline_mesh().get_name(), "t");
@@ -196,8 +163,7 @@ TEST(CustomObject, AddPrimitiveTakesThePartsAppearanceAndLeavesThePartAlone) {
     EXPECT_EQ(c.add_primitive(part), 0);
     EXPECT_TRUE(part.is_dirty());  // built with fill_mesh, its cache untouched
     const style s = c.get_style(0);
-    EXPECT_EQ(s.name, "spire");
-    EXPECT_EQ(s.material_ref_id, "slate");
+    EXPECT_EQ(s.name + "|" + s.material_ref_id, "spire|slate");
     EXPECT_EQ(s.brush, part.get_brush());
     EXPECT_EQ(s.pen, part.get_pen());
     EXPECT_TRUE(s.texture.texturing);
@@ -217,7 +183,6 @@ TEST(CustomObject, AddPrimitiveTakesThePartsAppearanceAndLeavesThePartAlone) {
 
 TEST(MeshObject, SequencesAndDirtyMarking) {
     primitives::mesh m;
-    EXPECT_EQ(m.class_id(), "mesh");
     expect_box(m.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
     EXPECT_TRUE(dirties(m, [&] { EXPECT_EQ(m.add_vertex(vector3d(0, 0, 0)), 0u); }));
     EXPECT_EQ(m.add_vertex(vector3d(2, 0, 0)), 1u);
@@ -232,9 +197,9 @@ TEST(MeshObject, SequencesAndDirtyMarking) {
     EXPECT_EQ(m.triangles_end() - m.triangles_begin(), 3);
     EXPECT_TRUE(m.has_valid_indices());
     expect_box(m.get_boundingbox(), vector3d(1, 1, 2), 2, 2, 4);
-
     std::unique_ptr<primitives::mesh> copy(m.clone());
-    EXPECT_EQ(copy->get_triangles(), m.get_triangles());
+    copy->add_triangle(0, 1, 4);
+    EXPECT_FALSE(copy->has_valid_indices());
     EXPECT_TRUE(dirties(m, [&] { m.set_triangles({}); }));
     EXPECT_TRUE(dirties(m, [&] { m.set_vertices({vector3d(1, 1, 1)}); }));
     EXPECT_TRUE(dirties(m, [&] { m.clear(); }));
@@ -246,13 +211,9 @@ TEST(MeshObject, SequencesAndDirtyMarking) {
 
 TEST(ExtrudedPolygonObject, ParametersBoundsAndCopies) {
     primitives::extruded_polygon e;
-    EXPECT_EQ(e.class_id(), "extruded_polygon");
     EXPECT_EQ(e.get_extrusion(), vector3d(0, 1, 0));
     EXPECT_EQ(e.get_extrusion_scaling(), vector3d(1, 1, 1));
-    EXPECT_TRUE(e.empty());
-    EXPECT_FALSE(e.ignore_for_shadows());
     expect_box(e.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
-
     EXPECT_TRUE(dirties(e, [&] { e.add_point(vector3d(-1, 0, -1)); }));
     e.add_point(vector3d(1, 0, -1));
     e.add_point(vector3d(1, 0, 1));
@@ -263,27 +224,19 @@ TEST(ExtrudedPolygonObject, ParametersBoundsAndCopies) {
     expect_box(e.get_boundingbox(), vector3d(0, 1, 1.75), 6, 2, 5.5);
 
     const primitives::extruded_polygon& read_only = e;
-    EXPECT_TRUE(dirties(e, [&] { EXPECT_EQ(read_only[1], vector3d(1, 0, -1)); }) == false);
+    EXPECT_FALSE(dirties(e, [&] { EXPECT_EQ(read_only[1], vector3d(1, 0, -1)); }));
     EXPECT_TRUE(dirties(e, [&] { e[1] = vector3d(1, 0, -2); }));
-    EXPECT_THROW(e[3], std::out_of_range);
+    EXPECT_FALSE(dirties(e, [&] { EXPECT_THROW(e[3], std::out_of_range); }));
     EXPECT_THROW(read_only[3], std::out_of_range);
-    EXPECT_EQ(e.size(), 3u);
-
-    std::unique_ptr<primitives::extruded_polygon> copy(e.clone());
-    EXPECT_EQ(copy->get_points(), e.get_points());
-    EXPECT_EQ(copy->get_extrusion_scaling(), vector3d(3, 1, 0.5));
     EXPECT_TRUE(dirties(e, [&] { e.clear(); }));
     EXPECT_TRUE(e.empty());
     EXPECT_TRUE(dirties(e, [&] { e.set_points({vector3d(1, 2, 3)}); }));
+    EXPECT_EQ(e.size(), 1u);
 }
 
-TEST(PathExtrusionObject, ParametersBoundsAndCopies) {
+TEST(PathExtrusionObject, ParametersAndBounds) {
     primitives::path_extrusion p;
-    EXPECT_EQ(p.class_id(), "path_extrusion");
-    EXPECT_TRUE(p.get_profile().empty());
-    EXPECT_TRUE(p.get_path().empty());
     expect_box(p.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
-
     EXPECT_TRUE(dirties(p, [&] { p.add_profile_point(vector3d(-1, -1, 7)); }));
     p.add_profile_point(vector3d(1, -1, 7));
     p.add_profile_point(vector3d(0, 1, 7));
@@ -293,16 +246,10 @@ TEST(PathExtrusionObject, ParametersBoundsAndCopies) {
     expect_box(p.get_boundingbox(), vector3d(0, 0, 1.5), 2, 2, 3);  // profile z is ignored
     EXPECT_TRUE(dirties(p, [&] { p.set_path({vector3d(0, 0, 0), vector3d(5, 0, 0)}); }));
     expect_box(p.get_boundingbox(), vector3d(2.5, 0, 0), 5, 2, 2);
-
     // A path that turns back reports the box of its points.
     p.set_path({vector3d(0, 0, 0), vector3d(0, 0, 2), vector3d(0, 0, 1)});
     expect_box(p.get_boundingbox(), vector3d(0, 0, 1), 0, 0, 2);
-
-    std::unique_ptr<primitives::path_extrusion> copy(p.clone());
-    EXPECT_EQ(copy->get_profile(), p.get_profile());
-    EXPECT_EQ(copy->get_path(), p.get_path());
     EXPECT_TRUE(dirties(p, [&] { p.set_profile({}); }));
     EXPECT_TRUE(dirties(p, [&] { p.clear(); }));
     EXPECT_TRUE(p.get_path().empty());
-    EXPECT_EQ(copy->get_path().size(), 3u);
 }

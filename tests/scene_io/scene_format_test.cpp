@@ -1,3 +1,5 @@
+// The scene text format: byte-exact blocks, every type read back, parent links by name, and the
+// errors that name the word found.
 #include <gtest/gtest.h>
 
 #include <facet/primitives.h>
@@ -9,15 +11,20 @@
 #include <string>
 #include <vector>
 
+#include "objects/fixtures.h"
+
 using primitives::basic_object;
 
 namespace {
 
+// A material reference that reads back ends in NUL: the reader takes everything up to it
+// (including the space after the keyword).
+const std::string nul("\0", 1);
+
 // Owns whatever read_objects appended, also when it threw.
-struct scene {
+struct owned {
     std::vector<basic_object*> objects;
-    ~scene() {
-        // Children first would not matter: destruction only unlinks.
+    ~owned() {
         for (basic_object* o : objects) delete o;
     }
 };
@@ -28,29 +35,32 @@ std::string written(const std::vector<basic_object*>& objects) {
     return os.str();
 }
 
-// A material reference that survives a round trip ends in NUL: the reader takes everything up to
-// it (including the space after the keyword).
-const std::string nul_terminated("\0", 1);
-
-std::string read_error(const std::string& text, scene& s) {
+// Reads `text` into `s`; the error message, or "" when there was none.
+std::string read_into(const std::string& text, owned& s) {
     std::istringstream is(text);
     try {
         read_objects(s.objects, is);
     } catch (const std::exception& e) {
         return e.what();
     }
-    return "no error";
+    return "";
 }
 
-TEST(SceneWrite, EmptySceneIsTwoLines) {
+// A hand-written block on one line.
+std::string block(const std::string& type, const std::string& name, const std::string& parent,
+                  const std::string& fields = "") {
+    return "primitive " + type + " name " + name + " parent " + parent +
+           " ownerid _null_ mat_ref " + nul +
+           " position 0 0 0 orientation 0 1 0 0 brush 0 0 0 255 0 pen 0 0 0 255 1 0 " + fields +
+           " endprimitive\r\n";
+}
+
+std::string scene_of(const std::string& blocks) { return "beginscene\r\n" + blocks + "endscene"; }
+
+}  // namespace
+
+TEST(SceneWrite, BlocksAreByteExact) {
     EXPECT_EQ(written({}), "beginscene\r\nendscene\r\n");
-    scene s;
-    std::istringstream is("beginscene\r\nendscene\r\n");
-    read_objects(s.objects, is);
-    EXPECT_TRUE(s.objects.empty());
-}
-
-TEST(SceneWrite, BoxBlockIsByteExact) {
     basic_object root;
     root.set_name("root");
     primitives::box lid(2, 1, 3);
@@ -58,220 +68,198 @@ TEST(SceneWrite, BoxBlockIsByteExact) {
     lid.set_position(vector3d(0, 0, 1));
     lid.set_parent(&root);
     EXPECT_EQ(written({&lid}),
-              "beginscene\r\n"
-              "primitive box\r\n"
-              "  name lid\r\n"
-              "  parent root\r\n"
-              "  ownerid _null_\r\n"
-              "  mat_ref   position 0 0 1\r\n"
-              "  orientation 0 1 0 0\r\n"
-              "  brush 255 255 192 255 0\r\n"
-              "  pen 0 0 0 255 1 0\r\n"
-              "  width 2\r\n"
-              "  height 1\r\n"
-              "  depth 3\r\n"
-              "endprimitive\r\n"
+              "beginscene\r\nprimitive box\r\n  name lid\r\n  parent root\r\n  ownerid _null_\r\n"
+              "  mat_ref   position 0 0 1\r\n  orientation 0 1 0 0\r\n  brush 255 255 192 255 0\r\n"
+              "  pen 0 0 0 255 1 0\r\n  width 2\r\n  height 1\r\n  depth 3\r\nendprimitive\r\n"
               "endscene\r\n");
     lid.set_parent(nullptr);
-}
+    EXPECT_NE(written({&lid}).find("  parent _null_\r\n"), std::string::npos);
 
-TEST(SceneWrite, ParentLineFollowsThePointerNotTheStoredName) {
-    basic_object root;
-    root.set_name("root");
-    basic_object child;
-    child.set_parent(&root);
-    root.set_name("renamed");  // children's stored parent names follow
-    EXPECT_NE(written({&child}).find("  parent renamed\r\n"), std::string::npos);
-    child.set_parent(nullptr);
-    EXPECT_NE(written({&child}).find("  parent _null_\r\n"), std::string::npos);
-}
-
-TEST(SceneWrite, RealsUseTheStreamsPrecision) {
+    // Reals take the stream's precision.
     primitives::cone c(1.0 / 3.0, 0.5);
-    std::ostringstream os;
-    c.write(os);
-    EXPECT_NE(os.str().find("  height 0.333333\r\n"), std::string::npos);
-    std::ostringstream precise;
-    precise.precision(17);
-    c.write(precise);
-    EXPECT_NE(precise.str().find("  height 0.33333333333333331\r\n"), std::string::npos);
+    EXPECT_NE(written({&c}).find("  height 0.333333\r\n"), std::string::npos);
+    EXPECT_NE(block_text(c).find("  height 0.33333333333333331\r\n"), std::string::npos);
+
+    // Lists; the extruded polygon writes two offsets.
+    primitives::mesh m;
+    m.set_vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0.5}});
+    m.add_triangle(0, 1, 2);
+    primitives::extruded_polygon e;
+    e.set_points({{0, 0, 0}, {1, 0, 0}, {0, 0, 1}});
+    e.set_extrusion({0, 2, 0});
+    e.set_extrusion_scaling({0.5, 1, 0.5});
+    primitives::line l(vector3d(1, 2, 3), vector3d(4, 5, 6));
+    const std::string text = written({&m, &e, &l});
+    for (const char* part :
+         {"  num_vertices 3\r\n    0 0 0\r\n    1 0 0\r\n    0 1 0.5\r\n  num_triangles 1\r\n"
+          "    0 1 2\r\nendprimitive\r\n",
+          "  numpoints 3\r\n  0 0 0\r\n  1 0 0\r\n  0 0 1\r\n  offset 0 2 0\r\n"
+          "  offset 0.5 1 0.5\r\nendprimitive",
+          "  point1 1 2 3\r\n  point2 4 5 6\r\n"})
+        EXPECT_NE(text.find(part), std::string::npos) << part;
 }
 
-TEST(SceneRead, MaterialReferenceWithoutNulSwallowsTheRest) {
-    primitives::box b;
-    scene s;
-    EXPECT_EQ(read_error(written({&b}), s), "ERROR: ''expected");
-    EXPECT_TRUE(s.objects.empty());
+TEST(SceneRead, EveryTypeReadsBackItsBlockExceptTheExtrudedPolygon) {
+    auto& types = factory<basic_object, std::string>::instance();
+    EXPECT_EQ(types.keys(), (std::vector<std::string>{
+                                "empty", "box", "cylinder", "cone", "quad", "polygon", "line",
+                                "polyline", "extruded_polygon", "mesh", "path_extrusion", "arrow",
+                                "crosshair", "custom", "text", "billboard", "light"}));
+    EXPECT_EQ(types.create("teapot"), nullptr);
+    EXPECT_FALSE(types.register_type("box", [] { return new basic_object; }));
+
+    for (const auto& original : one_of_each()) {
+        const std::string key = original->class_id();
+        original->set_name(key + "_1");
+        original->set_material_ref_id(nul);
+        const std::string first = block_text(*original);
+        owned s;
+        if (key == "extruded_polygon") {
+            EXPECT_EQ(read_into(scene_of(first), s), "ERROR: 'offset'expected");
+            continue;
+        }
+        ASSERT_EQ(read_into(scene_of(first), s), "") << key;
+        ASSERT_EQ(s.objects.size(), 1u);
+        EXPECT_EQ(s.objects[0]->class_id(), key);
+        EXPECT_TRUE(s.objects[0]->is_dirty());
+        // The reference read back starts with the space after its keyword; past that, writing
+        // the object again gives the same block.
+        s.objects[0]->set_material_ref_id(nul);
+        EXPECT_EQ(block_text(*s.objects[0]), first) << key;
+    }
+
+    // With one offset line the extruded polygon reads, its scaling left at the default.
+    owned s;
+    ASSERT_EQ(read_into(scene_of(block("extruded_polygon", "e", "_null_",
+                                       "numpoints 2 1 0 0 0 0 1 offset 0 2 0")),
+                        s),
+              "");
+    const auto& e = dynamic_cast<const primitives::extruded_polygon&>(*s.objects.at(0));
+    EXPECT_EQ(e.get_points(), (std::vector<vector3d>{{1, 0, 0}, {0, 0, 1}}));
+    EXPECT_EQ(e.get_extrusion(), vector3d(0, 2, 0));
+    EXPECT_EQ(e.get_extrusion_scaling(), vector3d(1, 1, 1));
 }
 
-TEST(SceneRead, RoundTripOfAHierarchy) {
+TEST(SceneRead, CommonFieldsAndFreeLayout) {
     basic_object root;
     root.set_name("root");
-    root.set_material_ref_id("steel" + nul_terminated);
+    root.set_material_ref_id("steel" + nul);
     primitives::cylinder post(4, 0.25, 12);
     post.set_name("post");
-    post.set_material_ref_id(nul_terminated);
+    post.set_material_ref_id(nul);
     post.set_parent(&root);
     post.set_position(vector3d(1.5, -2, 0.25));
     post.set_orientation(vector3d(0, 0, 1), 30);
     post.set_brush(graphics::brush(graphics::color(1, 2, 3, 4), 5));
     post.set_pen(graphics::pen(graphics::color(9, 8, 7), 3, 2));
     post.set_owner_id("host-7");
-
-    scene s;
-    std::istringstream is(written({&root, &post}));
-    read_objects(s.objects, is);
+    owned s;
+    ASSERT_EQ(read_into(written({&root, &post}), s), "");
     post.set_parent(nullptr);
     ASSERT_EQ(s.objects.size(), 2u);
-    EXPECT_EQ(s.objects[0]->class_id(), "empty");
     EXPECT_EQ(s.objects[0]->get_material_ref_id(), " steel");
-    auto* read_post = dynamic_cast<primitives::cylinder*>(s.objects[1]);
-    ASSERT_NE(read_post, nullptr);
-    EXPECT_EQ(read_post->get_name(), "post");
-    EXPECT_EQ(read_post->get_parent(), s.objects[0]);
-    EXPECT_EQ(s.objects[0]->get_children(), std::vector<basic_object*>{read_post});
-    EXPECT_EQ(read_post->get_owner_id(), "host-7");
-    EXPECT_EQ(read_post->get_material_ref_id(), " ");
-    EXPECT_EQ(read_post->get_position(), vector3d(1.5, -2, 0.25));
-    EXPECT_EQ(read_post->get_orientation().axis, vector3d(0, 0, 1));
-    EXPECT_EQ(read_post->get_orientation().angle, 30.0);
-    EXPECT_EQ(read_post->get_brush(), graphics::brush(graphics::color(1, 2, 3, 4), 5));
-    EXPECT_EQ(read_post->get_pen(), graphics::pen(graphics::color(9, 8, 7), 3, 2));
-    EXPECT_EQ(read_post->get_height(), 4.0);
-    EXPECT_EQ(read_post->get_radius(), 0.25);
-    EXPECT_EQ(read_post->get_number_of_divisions(), 6.0);  // not stored in the file
-    EXPECT_TRUE(read_post->is_dirty());
+    const auto& read = dynamic_cast<const primitives::cylinder&>(*s.objects[1]);
+    EXPECT_EQ(read.get_name() + "|" + read.get_owner_id() + "|" + read.get_material_ref_id(),
+              "post|host-7| ");
+    EXPECT_EQ(read.get_parent(), s.objects[0]);
+    EXPECT_EQ(s.objects[0]->get_children(), std::vector<basic_object*>{s.objects[1]});
+    EXPECT_EQ(read.get_position(), vector3d(1.5, -2, 0.25));
+    EXPECT_EQ(read.get_orientation().axis, vector3d(0, 0, 1));
+    EXPECT_EQ(read.get_orientation().angle, 30.0);
+    EXPECT_EQ(read.get_brush(), graphics::brush(graphics::color(1, 2, 3, 4), 5));
+    EXPECT_EQ(read.get_pen(), graphics::pen(graphics::color(9, 8, 7), 3, 2));
+    EXPECT_EQ(vector3d(read.get_height(), read.get_radius(), read.get_number_of_divisions()),
+              vector3d(4, 0.25, 6));  // the divisions are not in the file
+
+    EXPECT_EQ(read_into("beginscene primitive box name b parent _null_ ownerid x mat_ref " + nul +
+                            "\tposition 1 2 3 orientation 0 1 0 90 brush 1 2 3 4 0 pen 0 0 0 "
+                            "255 1 0\n\n width 5 height 6 depth 7 endprimitive endscene",
+                        s),
+              "");
+    EXPECT_EQ(dynamic_cast<const primitives::box&>(*s.objects.at(2)).get_size(), vector3d(5, 6, 7));
 }
 
-TEST(SceneRead, LayoutIsFreeOnInput) {
-    scene s;
-    std::istringstream is(
-        std::string("beginscene primitive box name b parent _null_ ownerid x mat_ref ") +
-        nul_terminated +
-        "\tposition 1 2 3 orientation 0 1 0 90 brush 1 2 3 4 0 pen 0 0 0 255 1 "
-        "0\n\n width 5 height 6 depth 7 endprimitive endscene");
-    read_objects(s.objects, is);
-    ASSERT_EQ(s.objects.size(), 1u);
-    auto* b = dynamic_cast<primitives::box*>(s.objects[0]);
-    ASSERT_NE(b, nullptr);
-    EXPECT_EQ(b->get_size(), vector3d(5, 6, 7));
-}
-
-std::string block(const std::string& type, const std::string& name, const std::string& parent,
-                  const std::string& fields = "") {
-    return "primitive " + type + " name " + name + " parent " + parent +
-           " ownerid _null_ mat_ref " + nul_terminated +
-           " position 0 0 0 orientation 0 1 0 0 brush 0 0 0 255 0 pen 0 0 0 255 1 0 " + fields +
-           " endprimitive\r\n";
-}
-
-TEST(SceneRead, ParentsResolveToTheFirstObjectOfThatName) {
-    scene s;
-    auto* existing = new basic_object;
-    existing->set_name("twin");
-    s.objects.push_back(existing);
-    std::istringstream is("beginscene " + block("empty", "twin", "_null_") +
-                          block("empty", "lamp", "twin") + "endscene");
-    read_objects(s.objects, is);
-    ASSERT_EQ(s.objects.size(), 3u);
-    EXPECT_EQ(s.objects[2]->get_name(), "lamp");
-    EXPECT_EQ(s.objects[2]->get_parent(), existing);
-}
-
-TEST(SceneRead, MissingParentThrowsAndKeepsTheObjects) {
-    scene s;
-    EXPECT_EQ(read_error("beginscene " + block("empty", "orphan", "nobody") + "endscene", s),
-              "Error in read_objects(): parent not found");
-    ASSERT_EQ(s.objects.size(), 1u);
-    EXPECT_EQ(s.objects[0]->get_parent(), nullptr);
-}
-
-TEST(SceneRead, FormatErrorsNameTheWordFound) {
-    scene s;
-    EXPECT_EQ(read_error("startscene", s), "ERROR: 'startscene'expected");
-    EXPECT_EQ(read_error("beginscene primitive box name b endprimitive", s),
-              "ERROR: 'endprimitive'expected");
-    EXPECT_EQ(read_error("beginscene " + block("box", "b", "_null_", "width x"), s),
-              "ERROR: ''expected");  // the failed number leaves the stream failed
-    EXPECT_EQ(read_error("beginscene " + block("empty", "b", "_null_", "extra"), s),
-              "ERROR: 'extra'expected");
-    EXPECT_EQ(read_error("beginscene " + block("empty", "b", "_null_"), s), "ERROR: ''expected");
+TEST(SceneRead, ErrorsNameTheWordFoundAndKeepTheBlocksBefore) {
+    primitives::box unterminated;  // its material reference swallows the rest
+    const struct {
+        std::string text, message;
+        std::size_t kept = 0;
+    } cases[] = {
+        {written({&unterminated}), "ERROR: ''expected"},
+        {"startscene", "ERROR: 'startscene'expected"},
+        {"beginscene primitive box name b endprimitive", "ERROR: 'endprimitive'expected"},
+        {"beginscene " + block("box", "b", "_null_", "width x"), "ERROR: ''expected"},
+        {"beginscene " + block("empty", "b", "_null_", "extra"), "ERROR: 'extra'expected"},
+        {"beginscene " + block("empty", "b", "_null_"), "ERROR: ''expected", 1},
+        {scene_of(block("box", "two words", "_null_")), "ERROR: 'words'expected"},
+        {scene_of(block("text", "t", "_null_", "text two words")), "ERROR: 'words'expected"},
+        {scene_of(block("mesh", "m", "_null_", "num_vertices 1 0 0 0 num_triangles 1 0 0 7")),
+         "ERROR: '7'expected"},
+        {scene_of(block("mesh", "m", "_null_", "num_vertices 1 0 0 0 num_triangles 1 0 1 0")),
+         "ERROR: '1'expected"},
+        // A count is not trusted: the list ends where "num_triangles" stands.
+        {scene_of(block("mesh", "m", "_null_", "num_vertices 4294967295 num_triangles 0")),
+         "ERROR: ''expected"},
+    };
+    for (const auto& c : cases) {
+        owned s;
+        EXPECT_EQ(read_into(c.text, s), c.message) << c.text;
+        EXPECT_EQ(s.objects.size(), c.kept);
+    }
+    owned s;
+    std::istringstream is(scene_of(block("empty", "kept", "_null_") + block("teapot", "t", "x")));
     try {
-        std::istringstream is("beginscene " + block("empty", "kept", "_null_") +
-                              block("teapot", "t", "_null_") + "endscene");
         read_objects(s.objects, is);
-        FAIL();
+        ADD_FAILURE();
     } catch (const format_exception& e) {
         EXPECT_EQ(e.found(), "teapot");
         EXPECT_STREQ(e.what(), "ERROR: 'teapot'expected");
     }
-    // Every completed block before a failure stays (two "b" blocks read above, then "kept").
-    ASSERT_FALSE(s.objects.empty());
-    EXPECT_EQ(s.objects.back()->get_name(), "kept");
+    ASSERT_EQ(s.objects.size(), 1u);
+    EXPECT_EQ(s.objects[0]->get_name(), "kept");
 }
 
-TEST(SceneRead, NamesAreSingleWords) {
-    primitives::box b;
-    b.set_name("two words");
-    b.set_material_ref_id(nul_terminated);
-    scene s;
-    EXPECT_EQ(read_error(written({&b}), s), "ERROR: 'words'expected");
-}
+TEST(SceneRead, ParentsAreTheFirstObjectOfTheNameAndCyclesAreRefused) {
+    owned s;
+    s.objects.push_back(new basic_object);  // already in the list: a parent candidate too
+    s.objects[0]->set_name("twin");
+    std::string text;
+    for (int i = 0; i < 20000; ++i)
+        text += block("empty", "n" + std::to_string(i), i ? "n" + std::to_string(i - 1) : "twin");
+    ASSERT_EQ(read_into(scene_of(block("empty", "twin", "_null_") + text +
+                                 block("empty", "last", "n19999")),
+                        s),
+              "");
+    EXPECT_EQ(s.objects[2]->get_parent(), s.objects[0]);
+    EXPECT_EQ(s.objects.back()->get_parent(), s.objects[20001]);
+    EXPECT_EQ(s.objects[0]->get_children().size(), 1u);
 
-TEST(SceneRead, EveryTruncationFailsCleanly) {
-    basic_object root;
-    root.set_name("root");
-    root.set_material_ref_id(nul_terminated);
-    primitives::box b;
-    b.set_name("b");
-    b.set_material_ref_id(nul_terminated);
-    b.set_parent(&root);
-    const std::string text = written({&root, &b});
-    b.set_parent(nullptr);
-    for (std::size_t n = 0; n + 1 < text.size() - 2; ++n) {
-        scene s;
-        std::istringstream is(text.substr(0, n));
-        EXPECT_THROW(read_objects(s.objects, is), std::exception) << n;
-    }
-}
+    // a <- b <- c <- a: the cycle closes with c's link, the last of the three; the links before
+    // it are made, those after it are not.
+    const auto links = [](const std::vector<std::pair<const char*, const char*>>& pairs) {
+        std::string blocks;
+        for (const auto& [name, parent] : pairs) blocks += block("empty", name, parent);
+        return scene_of(blocks);
+    };
+    owned r;
+    EXPECT_EQ(
+        read_into(links({{"root", "_null_"}, {"a", "c"}, {"b", "a"}, {"c", "b"}, {"d", "root"}}),
+                  r),
+        "Error in read_objects(): parent cycle at 'c'");
+    ASSERT_EQ(r.objects.size(), 5u);
+    EXPECT_EQ(r.objects[1]->get_parent(), r.objects[3]);
+    EXPECT_EQ(r.objects[2]->get_parent(), r.objects[1]);
+    EXPECT_EQ(r.objects[3]->get_parent(), nullptr);
+    EXPECT_EQ(r.objects[4]->get_parent(), nullptr);
+    owned self, missing;
+    EXPECT_EQ(read_into(links({{"self", "self"}}), self),
+              "Error in read_objects(): parent cycle at 'self'");
+    EXPECT_EQ(self.objects.at(0)->get_parent(), nullptr);
+    // A missing parent before a cycle is reported first; the objects stay.
+    EXPECT_EQ(read_into(links({{"x", "nobody"}, {"y", "y"}}), missing),
+              "Error in read_objects(): parent not found");
+    EXPECT_EQ(missing.objects.size(), 2u);
 
-TEST(SceneRead, GarbageNeverCrashes) {
-    const std::string words[] = {"beginscene", "primitive", "box",   "endprimitive", "name",
-                                 "parent",     "_null_",    "1e308", "-0",           "nan",
-                                 "endscene",   "mat_ref",   "width", "\x01\xff",     "empty"};
-    std::mt19937 rng(3);
-    for (int trial = 0; trial < 2000; ++trial) {
-        std::string text = "beginscene ";
-        const int n = static_cast<int>(rng() % 40);
-        for (int i = 0; i < n; ++i)
-            text += words[rng() % 15] + std::string(rng() % 4 ? " " : "\0", 1);
-        scene s;
-        std::istringstream is(text);
-        try {
-            read_objects(s.objects, is);
-        } catch (const std::exception&) {
-        }
-    }
-}
-
-TEST(Factory, KnowsTheSceneTypesInOrder) {
-    auto& types = factory<basic_object, std::string>::instance();
-    const std::vector<std::string> keys = types.keys();
-    ASSERT_GE(keys.size(), 4u);
-    EXPECT_EQ(keys[0], "empty");
-    EXPECT_EQ(keys[1], "box");
-    EXPECT_EQ(keys[2], "cylinder");
-    EXPECT_EQ(keys[3], "cone");
-    EXPECT_EQ(types.create("teapot"), nullptr);
-    for (const std::string& key : keys) {
-        std::unique_ptr<basic_object> o(types.create(key));
-        ASSERT_NE(o, nullptr);
-        EXPECT_EQ(o->class_id(), key);
-    }
-    EXPECT_FALSE(types.register_type("box", [] { return new basic_object; }));
-}
-
-TEST(ParentFinder, MatchesByName) {
     basic_object a;
     a.set_name("a");
     EXPECT_TRUE(parent_finder("a")(&a));
@@ -279,4 +267,28 @@ TEST(ParentFinder, MatchesByName) {
     EXPECT_FALSE(parent_finder("a")(nullptr));
 }
 
-}  // namespace
+TEST(SceneRead, TruncationsAndGarbageFailCleanly) {
+    basic_object root;
+    root.set_name("root");
+    root.set_material_ref_id(nul);
+    primitives::box b;
+    b.set_material_ref_id(nul);
+    b.set_parent(&root);
+    const std::string text = written({&root, &b});
+    b.set_parent(nullptr);
+    for (std::size_t n = 0; n + 1 < text.size() - 2; ++n) {
+        owned s;
+        EXPECT_NE(read_into(text.substr(0, n), s), "") << n;
+    }
+    const std::string words[] = {"beginscene", "primitive", "box",   "endprimitive", "name",
+                                 "parent",     "_null_",    "1e308", "-0",           "nan",
+                                 "endscene",   "mat_ref",   "width", "\x01\xff",     "empty"};
+    std::mt19937 rng(3);
+    for (int trial = 0; trial < 2000; ++trial) {
+        std::string garbage = "beginscene ";
+        for (int i = static_cast<int>(rng() % 40); i > 0; --i)
+            garbage += words[rng() % 15] + std::string(rng() % 4 ? " " : "\0", 1);
+        owned s;
+        read_into(garbage, s);
+    }
+}

@@ -1,0 +1,286 @@
+// The solid, planar, line and marker primitives as scene objects: defaults, shadows, dirty
+// marking, index operators, point lists, bounding boxes, copies and visitors.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "facet/primitives.h"
+#include "facet/scene_io.h"
+#include "objects/fixtures.h"
+
+using namespace primitives;
+
+namespace {
+
+std::string range_error_of(const std::function<void()>& f) {
+    try {
+        f();
+    } catch (const std::out_of_range& e) {
+        return e.what();
+    }
+    return "no exception";
+}
+
+}  // namespace
+
+TEST(Primitives, EveryTypeShadowsVisitorAndClone) {
+    // Default-made: flat shapes, lines and markers cast no shadow.
+    const std::string casting =
+        " empty box cylinder cone extruded_polygon mesh path_extrusion custom ";
+    auto& types = factory<basic_object, std::string>::instance();
+    for (const std::string& key : types.keys()) {
+        const std::unique_ptr<basic_object> o(types.create(key));
+        EXPECT_EQ(o->ignore_for_shadows(), casting.find(" " + key + " ") == std::string::npos)
+            << key;
+    }
+    EXPECT_FALSE(primitives::line(vector3d(1, 2, 3), vector3d(4, 5, 6)).ignore_for_shadows());
+
+    for (const auto& o : one_of_each()) {
+        const std::string id = o->class_id();
+        SCOPED_TRACE(id);
+        // The operation of its own type (the crosshair has none), then the object is marked
+        // dirty; the billboard is never marked.
+        recording_visitor v;
+        make_clean(*o);
+        o->accept(v);
+        EXPECT_EQ(v.last, id == "empty" || id == "crosshair" ? "basic_object" : id);
+        EXPECT_FALSE(v.dirty_during);
+        EXPECT_EQ(o->is_dirty(), id != "billboard");
+
+        // Clones keep the type and every written parameter, and the shadow setting.
+        o->set_name(id + "_named");
+        const std::unique_ptr<basic_object> copy(static_cast<const basic_object&>(*o).clone());
+        EXPECT_EQ(copy->class_id(), id);
+        EXPECT_EQ(block_text(*copy), block_text(*o));
+        EXPECT_EQ(copy->ignore_for_shadows(), o->ignore_for_shadows());
+    }
+    EXPECT_EQ(std::unique_ptr<cylinder>(cylinder(3.0, 0.25, 9).clone())->get_number_of_divisions(),
+              9.0);
+}
+
+TEST(Primitives, DefaultsAndBoundingBoxes) {
+    EXPECT_EQ(box().get_size(), vector3d(1, 1, 1));
+    expect_box(box().get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
+    expect_box(box(2, 4, 6).get_boundingbox(), vector3d(1, 2, 3), 2, 4, 6);
+    const cylinder c;
+    EXPECT_EQ(vector3d(c.get_height(), c.get_radius(), c.get_number_of_divisions()),
+              vector3d(1, 0.5, 6));
+    expect_box(c.get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
+    expect_box(cylinder(4, 2).get_boundingbox(), vector3d(2, 2, 2), 4, 4, 4);
+    EXPECT_EQ(cylinder(4, 2).get_number_of_divisions(), 6.0);
+    EXPECT_EQ(vector3d(cone().get_height(), cone().get_radius(), 0), vector3d(1, 0.5, 0));
+    expect_box(cone().get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
+    expect_box(cone(3, 1).get_boundingbox(), vector3d(1, 1.5, 1), 2, 3, 2);
+
+    const quad q;
+    const vector3d corners[] = {{-1, 0, 1}, {1, 0, 1}, {1, 0, -1}, {-1, 0, -1}};
+    const float uv[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    for (unsigned i = 0; i < 4; ++i) {
+        EXPECT_EQ(q[i], corners[i]);
+        EXPECT_EQ(q.get_texcoord(i).u, uv[i][0]);
+        EXPECT_EQ(q.get_texcoord(i).v, uv[i][1]);
+    }
+    expect_box(q.get_boundingbox(), vector3d(0, 0, 0), 2, 0, 2);
+    quad skew;
+    skew[0] = vector3d(-3, 1, 0);
+    skew[1] = vector3d(1, 2, 0);
+    skew[2] = vector3d(1, 5, 4);
+    skew[3] = vector3d(0, 2, 2);
+    expect_box(skew.get_boundingbox(), vector3d(-1, 3, 2), 4, 4, 4);
+    polygon pg;
+    EXPECT_TRUE(pg.empty());
+    expect_box(pg.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
+    pg.add_point(vector3d(1, 1, 1));
+    expect_box(pg.get_boundingbox(), vector3d(1, 1, 1), 0, 0, 0);
+    pg.add_point(vector3d(3, -1, 1));
+    pg.add_point(vector3d(2, 0, 7));
+    expect_box(pg.get_boundingbox(), vector3d(2, 0, 4), 2, 2, 6);
+    EXPECT_EQ(primitives::line()[0] + primitives::line()[1], vector3d(0, 0, 0));
+    EXPECT_TRUE(polyline().empty());
+
+    const arrow a;
+    EXPECT_EQ(vector3d(a.get_length(), a.get_head_base(), a.get_head_length()),
+              vector3d(10000, 1000, 1000));
+    EXPECT_EQ(crosshair().get_size(), 1.0);
+    EXPECT_EQ(text().get_text(), "");
+    EXPECT_EQ(billboard().get_width() + billboard().get_height(), 0.0);
+
+    // Lines, markers and annotations report no extent, except the billboard's flat rectangle.
+    polyline pl;
+    pl.set_points({vector3d(5, 5, 5), vector3d(6, 6, 6)});
+    text t;
+    t.set_text("label");
+    const light l;
+    const primitives::line segment(vector3d(0, 0, 0), vector3d(1, 2, 3));
+    for (const basic_object* o :
+         std::initializer_list<const basic_object*>{&pl, &t, &a, &l, &segment})
+        expect_box(o->get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
+    billboard b;
+    b.set_width(4);
+    b.set_height(2);
+    expect_box(b.get_boundingbox(), vector3d(0, 0, 0), 4, 2, 0);
+    // The annotations have no geometry.
+    for (const basic_object* o : std::initializer_list<const basic_object*>{&t, &b, &l}) {
+        const indexedfaceset& fs = o->get_mesh();
+        EXPECT_EQ(fs.num_vertices() + fs.num_faces() + fs.num_lines() + fs.num_styles(), 0u)
+            << o->class_id();
+    }
+}
+
+TEST(Primitives, EverySetterMarksDirtyEvenWithTheSameValueExceptTheBillboards) {
+    box b;
+    cylinder c;
+    cone k;
+    arrow a;
+    crosshair x;
+    text t;
+    EXPECT_TRUE(dirties(b, [&] { b.set_width(b.get_width()); }));
+    EXPECT_TRUE(dirties(b, [&] { b.set_height(2.0); }));
+    EXPECT_TRUE(dirties(b, [&] { b.set_depth(3.0); }));
+    EXPECT_TRUE(dirties(b, [&] { b.set_size(vector3d(4, 5, 6)); }));
+    EXPECT_EQ(b.get_size(), vector3d(4, 5, 6));
+    EXPECT_TRUE(dirties(c, [&] { c.set_height(c.get_height()); }));
+    EXPECT_TRUE(dirties(c, [&] { c.set_radius(2.0); }));
+    EXPECT_TRUE(dirties(c, [&] { c.set_number_of_divisions(6.0); }));
+    EXPECT_TRUE(dirties(k, [&] { k.set_height(k.get_height()); }));
+    EXPECT_TRUE(dirties(k, [&] { k.set_radius(2.0); }));
+    EXPECT_TRUE(dirties(a, [&] { a.set_length(a.get_length()); }));
+    EXPECT_TRUE(dirties(a, [&] { a.set_head_size(2, 3); }));
+    EXPECT_EQ(vector3d(a.get_head_base(), a.get_head_length(), 0), vector3d(2, 3, 0));
+    EXPECT_TRUE(dirties(x, [&] { x.set_size(4); }));
+    EXPECT_EQ(x.get_size(), 4.0);
+    EXPECT_TRUE(dirties(t, [&] { t.set_text("two words"); }));
+    EXPECT_EQ(t.get_text(), "two words");
+    billboard bb;
+    EXPECT_FALSE(dirties(bb, [&] {
+        bb.set_width(4);
+        bb.set_height(2);
+    }));
+    EXPECT_FALSE(bb.shadows_dirty() || bb.is_dirty());
+}
+
+TEST(Primitives, DivisionsAreTruncatedAndClamped) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const std::pair<double, double> cases[] = {{7.9, 7},
+                                               {12, 12},
+                                               {0.99, 0},
+                                               {-0.5, 0},
+                                               {-7, 0},
+                                               {-inf, 0},
+                                               {std::nan(""), 0},
+                                               {4294967294.9, 4294967294.0},
+                                               {4294967295.0, 4294967295.0},
+                                               {1e20, 4294967295.0},
+                                               {inf, 4294967295.0}};
+    cylinder c;
+    for (const auto& [given, stored] : cases) {
+        c.set_number_of_divisions(given);
+        EXPECT_EQ(c.get_number_of_divisions(), stored) << given;
+    }
+}
+
+TEST(Primitives, MeshFollowsTheParametersNotThePlacement) {
+    cylinder c(1.0, 0.5, 8);
+    EXPECT_EQ(c.get_mesh().num_faces(), 32u);
+    c.set_number_of_divisions(12);
+    EXPECT_EQ(c.get_mesh().num_faces(), 48u);
+    c.set_position(vector3d(5, 0, 0));
+    EXPECT_FALSE(c.is_dirty());
+    vector3d lo, hi;
+    c.get_mesh().get_bounds(lo, hi);  // built around the y axis, in object space
+    EXPECT_NEAR(lo.x, -0.5, 1e-15);
+    EXPECT_EQ(hi.y, 1.0);
+}
+
+TEST(Primitives, MutableIndexMarksDirtyConstIndexDoesNot) {
+    quad q;
+    primitives::line l;
+    polyline pl;
+    polygon pg;
+    pl.add_point(vector3d(1, 1, 1));
+    pg.add_point(vector3d(1, 1, 1));
+    const auto reads_clean = [](const basic_object& o, auto&& read) {
+        make_clean(o);
+        read();
+        return !o.is_dirty() && !o.shadows_dirty();
+    };
+    EXPECT_TRUE(reads_clean(q, [&] { EXPECT_EQ(std::as_const(q)[1].x, 1.0); }));
+    EXPECT_TRUE(reads_clean(l, [&] { EXPECT_EQ(std::as_const(l)[1].x, 0.0); }));
+    EXPECT_TRUE(reads_clean(pl, [&] { EXPECT_EQ(std::as_const(pl)[0].x, 1.0); }));
+    EXPECT_TRUE(reads_clean(pg, [&] { EXPECT_EQ(std::as_const(pg)[0].x, 1.0); }));
+    // The mutable form marks dirty even when only read through.
+    EXPECT_TRUE(dirties(q, [&] { q[2] = vector3d(5, 0, -1); }));
+    EXPECT_EQ(std::as_const(q)[2], vector3d(5, 0, -1));
+    EXPECT_TRUE(dirties(q, [&] { static_cast<void>(q[0]); }));
+    EXPECT_TRUE(dirties(l, [&] { l[1] = vector3d(0, 3, 0); }));
+    EXPECT_TRUE(dirties(pl, [&] { pl[0].y = 7; }));
+    EXPECT_TRUE(dirties(pg, [&] { pg[0].z = 7; }));
+    EXPECT_EQ(std::as_const(pl)[0], vector3d(1, 7, 1));
+    EXPECT_EQ(std::as_const(pg)[0], vector3d(1, 1, 7));
+
+    EXPECT_DEATH(q[4] = vector3d(), "index < 4");
+    EXPECT_DEATH(static_cast<void>(std::as_const(q)[4]), "index < 4");
+    EXPECT_DEATH(l[2] = vector3d(), "index < 2");
+    EXPECT_DEATH(static_cast<void>(std::as_const(l)[2]), "index < 2");
+    EXPECT_DEATH(pl[1] = vector3d(), "index < m_points.size\\(\\)");
+    EXPECT_DEATH(static_cast<void>(std::as_const(pl)[1]), "index < m_points.size\\(\\)");
+
+    // The polygon's is the standard checked access's range error, and still marks dirty.
+    const std::vector<vector3d> same_size(1);
+    const std::string expected = range_error_of([&] { static_cast<void>(same_size.at(5)); });
+    make_clean(pg);
+    EXPECT_EQ(range_error_of([&] { static_cast<void>(std::as_const(pg)[5]); }), expected);
+    EXPECT_FALSE(pg.is_dirty());
+    EXPECT_EQ(range_error_of([&] { static_cast<void>(pg[5]); }), expected);
+    EXPECT_TRUE(pg.is_dirty());
+}
+
+TEST(Primitives, TexcoordsAreStoredWithoutMarkingDirtyAndCopied) {
+    quad q;
+    make_clean(q);
+    q.set_texcoord(2, texcoord(0.5f, 0.25f));
+    EXPECT_FALSE(q.is_dirty());
+    EXPECT_EQ(q.get_texcoord(2).v, 0.25f);
+    // The mesh shows the change only after a rebuild caused by something else.
+    EXPECT_EQ(q.get_mesh().get_texcoord(2).u, 1.0f);
+    q.set_texture_scale(1.0, 1.0);
+    EXPECT_EQ(q.get_mesh().get_texcoord(2).u, 0.5f);
+    EXPECT_EQ(std::unique_ptr<quad>(q.clone())->get_texcoord(2).u, 0.5f);
+    quad assigned;
+    assigned = q;
+    EXPECT_EQ(assigned.get_texcoord(2).v, 0.25f);
+}
+
+TEST(Primitives, PointLists) {
+    polygon pg;
+    const vector3d a(0, 0, 0), b(1, 0, 0), c(1, 1, 0);
+    EXPECT_TRUE(dirties(pg, [&] { pg.add_point(a); }));
+    for (const vector3d& p : {b, c, b}) pg.add_point(p);
+    // Only the first equal point goes; an absent point changes nothing but still marks dirty.
+    EXPECT_TRUE(dirties(pg, [&] { pg.remove_point(b); }));
+    EXPECT_EQ(pg.get_points(), (std::vector<vector3d>{a, c, b}));
+    EXPECT_TRUE(dirties(pg, [&] { pg.remove_point(vector3d(0, 0, 1e-300)); }));
+    EXPECT_EQ(pg.size(), 3u);
+    EXPECT_TRUE(dirties(pg, [&] { pg.reverse_points(); }));
+    EXPECT_EQ(pg.get_points(), (std::vector<vector3d>{b, c, a}));
+    EXPECT_TRUE(dirties(pg, [&] { pg.clear(); }));
+    EXPECT_TRUE(pg.empty());
+
+    // The polyline's clear keeps the object clean, with its old mesh.
+    polyline pl;
+    EXPECT_TRUE(dirties(pl, [&] { pl.add_point(a); }));
+    pl.add_point(b);
+    pl.add_point(c);
+    EXPECT_EQ(pl.get_mesh().num_lines(), 2u);
+    EXPECT_FALSE(dirties(pl, [&] { pl.clear(); }));
+    EXPECT_TRUE(pl.empty());
+    EXPECT_EQ(pl.get_mesh().num_lines(), 2u);
+    EXPECT_TRUE(dirties(pl, [&] { pl.set_points({a, b}); }));
+    EXPECT_EQ(pl.get_mesh().num_lines(), 1u);
+}
