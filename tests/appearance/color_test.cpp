@@ -1,13 +1,18 @@
+// Colors, brushes and pens: packing, clamping, HSL, equality and the text forms.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "facet/appearance.h"
 
+using graphics::brush;
 using graphics::color;
+using graphics::pen;
 
 namespace {
 
@@ -18,128 +23,97 @@ std::string text_of(const T& value) {
     return os.str();
 }
 
-}  // namespace
-
-TEST(Color, ConstructorsSetDefaultsAndPackComponents) {
-    const color black;
-    EXPECT_EQ(black.get_red_component(), 0u);
-    EXPECT_EQ(black.get_alpha_component(), 255u);
-    EXPECT_EQ(black.get_reflection(), 0.0);
-    EXPECT_EQ(black.get_shininess(), 1.0f);
-
-    const color c(0x12, 0x34, 0x56, 0x78);
-    EXPECT_EQ(c.get_red_component(), 0x12u);
-    EXPECT_EQ(c.get_green_component(), 0x34u);
-    EXPECT_EQ(c.get_blue_component(), 0x56u);
-    EXPECT_EQ(c.get_alpha_component(), 0x78u);
-    EXPECT_EQ(c.get_rgbvalue(), 0x00563412u);  // 0x00BBGGRR
-    EXPECT_EQ(color(1, 2, 3).get_alpha_component(), 255u);
-}
-
-TEST(Color, ComponentsWrapToEightBits) {
-    EXPECT_EQ(color(300, 0, 0).get_red_component(), 44u);
-    const color c(256, 257, 511, 1024);
-    EXPECT_EQ(c.get_red_component(), 0u);
-    EXPECT_EQ(c.get_green_component(), 1u);
-    EXPECT_EQ(c.get_blue_component(), 255u);
-    EXPECT_EQ(c.get_alpha_component(), 0u);
-    EXPECT_EQ(c.get_rgbvalue() >> 24, 0u);
-}
-
-TEST(Color, SetWithoutAlphaResetsAlphaButKeepsExtras) {
+TEST(Color, ComponentsWrapToEightBitsAndPackAsBgr) {
+    // Each color and its components as 0xBBGGRRAA.
+    const std::pair<color, unsigned> cases[] = {{color(), 0x000000ff},
+                                                {color(0x12, 0x34, 0x56, 0x78), 0x56341278},
+                                                {color(1, 2, 3), 0x030201ff},
+                                                {color(256, 257, 511, 1024), 0xff010000},
+                                                {color(300, 0, 0), 0x00002cff}};
+    for (const auto& [c, packed] : cases) {
+        EXPECT_EQ(c.get_rgbvalue(), packed >> 8) << text_of(c);
+        EXPECT_EQ(c.get_alpha_component(), packed & 0xff) << text_of(c);
+    }
     color c(1, 2, 3, 7, 0.25, 9.0f);
-    c.set(10, 20, 30);
-    EXPECT_EQ(c.get_alpha_component(), 255u);
-    EXPECT_EQ(c.get_red_component(), 10u);
-    EXPECT_EQ(c.get_reflection(), 0.25);
-    EXPECT_EQ(c.get_shininess(), 9.0f);
+    c.set(10, 20, 30);  // alpha back to 255, the extras stay
+    EXPECT_EQ(c, color(10, 20, 30, 255, 0.25, 9.0f));
     c.set(1, 2, 3, 4);
-    EXPECT_EQ(c.get_alpha_component(), 4u);
+    EXPECT_EQ(c, color(1, 2, 3, 4, 0.25, 9.0f));
 }
 
-TEST(Color, ReflectionAndShininessAreClamped) {
+TEST(Color, ReflectionAndShininessAreClampedButNanIsKept) {
     color c;
-    c.set_reflection(-0.5);
-    EXPECT_EQ(c.get_reflection(), 0.0);
-    c.set_reflection(2);
-    EXPECT_EQ(c.get_reflection(), 1.0);
-    c.set_reflection(0.3);
-    EXPECT_EQ(c.get_reflection(), 0.3);
+    for (double r : {-0.5, 2.0, 0.3}) {
+        c.set_reflection(r);
+        EXPECT_EQ(c.get_reflection(), std::clamp(r, 0.0, 1.0));
+    }
+    for (float s : {500.0f, -1.0f, 7.0f}) {
+        c.set_shininess(s);
+        EXPECT_EQ(c.get_shininess(), std::clamp(s, 0.0f, 128.0f));
+    }
     c.set_reflection(std::numeric_limits<double>::quiet_NaN());
     EXPECT_TRUE(std::isnan(c.get_reflection()));
-
-    c.set_shininess(500.0f);
-    EXPECT_EQ(c.get_shininess(), 128.0f);
-    c.set_shininess(-1.0f);
-    EXPECT_EQ(c.get_shininess(), 0.0f);
     EXPECT_TRUE(std::isnan(color(0, 0, 0, 0, 0.0, std::nanf("")).get_shininess()));
-
-    const color clamped(0, 0, 0, 0, 7.0, 1000.0f);
-    EXPECT_EQ(clamped.get_reflection(), 1.0);
-    EXPECT_EQ(clamped.get_shininess(), 128.0f);
+    EXPECT_EQ(color(0, 0, 0, 0, 7.0, 1000.0f), color(0, 0, 0, 0, 1.0, 128.0f));
 }
 
-TEST(Color, EqualityLooksBeyondTheTextForm) {
+TEST(Color, ToHslRoundsEachStepToFloat) {
+    const float g128 = static_cast<float>(128 * (1.0 / 255.0));
+    const struct {
+        color c;
+        float h, s, l;
+    } cases[] = {{color(128, 128, 128), 0, 0, g128},
+                 {color(255, 0, 0), 0, 1, 0.5f},
+                 {color(0, 0, 255), 2 / 3.0f, 1, 0.5f},
+                 {color(0, 255, 0), 1 / 3.0f, 1, 0.5f},
+                 {color(255, 0, 255), 5 / 6.0f, 1, 0.5f},           // red wins the tie with blue
+                 {color(255, 128, 128), 0, 1, (1 + g128) * 0.5f}};  // the l >= 0.5 branch
+    for (const auto& t : cases) {
+        SCOPED_TRACE(text_of(t.c));
+        float h = -1, s = -1, l = -1;
+        t.c.to_hsl(h, s, l);
+        EXPECT_FLOAT_EQ(h, t.h);
+        EXPECT_EQ(s, t.s);
+        EXPECT_EQ(l, t.l);
+    }
+}
+
+TEST(Appearance, EqualityLooksAtEveryFieldAndBeyondTheTextForm) {
     const color a(1, 2, 3, 4, 0.5, 2.0f);
-    color b(1, 2, 3, 4, 0.5, 3.0f);
-    EXPECT_NE(a, b);
-    EXPECT_EQ(text_of(a), text_of(b));
-    b.set_shininess(2.0f);
-    EXPECT_EQ(a, b);
-    b.set_reflection(0.4);
-    EXPECT_TRUE(a != b);
-    EXPECT_NE(color(1, 2, 3, 4), color(1, 2, 3, 5));
+    EXPECT_EQ(a, color(1, 2, 3, 4, 0.5, 2.0f));
+    for (const color& b :
+         {color(1, 2, 3, 4, 0.5, 3.0f), color(1, 2, 3, 4, 0.4, 2.0f), color(1, 2, 3, 5, 0.5, 2.0f)})
+        EXPECT_TRUE(a != b && !(a == b));
+    EXPECT_EQ(text_of(a), text_of(color(1, 2, 3, 4, 0.5, 3.0f)));
+
+    EXPECT_EQ(brush(color(1, 2, 3)), brush(color(1, 2, 3), 0));
+    EXPECT_NE(brush(), brush(color(255, 255, 255), 2));
+    EXPECT_NE(brush(), brush(color(255, 255, 255, 255, 0.5, 1.0f)));  // the reflection counts
+    EXPECT_EQ(pen(color(1, 1, 1)), pen(color(1, 1, 1), 1, 0));
+    EXPECT_EQ(pen(color(1, 1, 1), 3), pen(color(1, 1, 1), 3, 0));
+    for (const pen& other :
+         {pen(color(1, 2, 3), 2, 0), pen(color(1, 2, 3), 3, 1), pen(color(1, 2, 4), 2, 1)})
+        EXPECT_FALSE(pen(color(1, 2, 3), 2, 1) == other);
 }
 
-TEST(Color, ToHsl) {
-    float h = -1, s = -1, l = -1;
-    color(128, 128, 128).to_hsl(h, s, l);
-    EXPECT_EQ(h, 0.0f);
-    EXPECT_EQ(s, 0.0f);
-    EXPECT_EQ(l, static_cast<float>(128 * (1.0 / 255.0)));
+TEST(Appearance, TextFormsPutWidthBeforeStyleAndLeaveOutTheExtras) {
+    EXPECT_EQ(text_of(color(255, 0, 0)) + " | " + text_of(brush()) + " | " + text_of(pen()) +
+                  " | " + text_of(pen(color(9, 8, 7, 6), 4, 2)),
+              "255 0 0 255 | 255 255 255 255 0 | 0 0 0 255 1 0 | 9 8 7 6 4 2");
 
-    color(255, 0, 0).to_hsl(h, s, l);
-    EXPECT_EQ(h, 0.0f);
-    EXPECT_EQ(s, 1.0f);
-    EXPECT_EQ(l, 0.5f);
-
-    color(0, 0, 255).to_hsl(h, s, l);
-    EXPECT_FLOAT_EQ(h, 2.0f / 3.0f);
-    EXPECT_EQ(s, 1.0f);
-
-    color(0, 255, 0).to_hsl(h, s, l);
-    EXPECT_FLOAT_EQ(h, 1.0f / 3.0f);
-
-    // Magenta: red and blue tie for the maximum, red wins: h = db - dg = 0.5 - 1 + 1.
-    color(255, 0, 255).to_hsl(h, s, l);
-    EXPECT_FLOAT_EQ(h, 5.0f / 6.0f);
-
-    // Light colors use the l >= 0.5 saturation branch: (255, 128, 128).
-    color(255, 128, 128).to_hsl(h, s, l);
-    const float mx = 1.0f, mn = static_cast<float>(128 * (1.0 / 255.0));
-    EXPECT_EQ(s, static_cast<float>((mx - mn) / (2.0 - mx - mn)));
-    EXPECT_EQ(h, 0.0f);
-}
-
-TEST(ColorText, WritesFourIntegers) {
-    EXPECT_EQ(text_of(color()), "0 0 0 255");
-    EXPECT_EQ(text_of(color(255, 0, 0)), "255 0 0 255");
-}
-
-TEST(ColorText, ReadAssignsComponentsAndKeepsExtras) {
+    std::istringstream is("  1\t2\n3   260 rest 10 20 30 40 7 1 2 3 4 5 6 1 2 x");
     color c(9, 9, 9, 9, 0.75, 4.0f);
-    std::istringstream is("  1\t2\n3   260 rest");
-    is >> c;
-    EXPECT_TRUE(is);
-    EXPECT_EQ(c, color(1, 2, 3, 4, 0.75, 4.0f));
+    brush b;
+    pen p;
     std::string rest;
-    is >> rest;
+    is >> c >> rest >> b >> p;
+    ASSERT_TRUE(is);
+    EXPECT_EQ(c, color(1, 2, 3, 4, 0.75, 4.0f));  // wrapped, extras kept
     EXPECT_EQ(rest, "rest");
-}
-
-TEST(ColorText, FailedReadLeavesTheStreamFailed) {
-    color c;
-    std::istringstream is("1 2 x");
+    EXPECT_EQ(b, brush(color(10, 20, 30, 40), 7));
+    EXPECT_EQ(p, pen(color(1, 2, 3, 4), 5, 6));
     c.read(is);
     EXPECT_TRUE(is.fail());
 }
+
+}  // namespace
