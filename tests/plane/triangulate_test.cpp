@@ -3,10 +3,14 @@
 
 #include <facet/triangulate.h>
 
+#include <cmath>
 #include <limits>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "support/reference_triangulate.h"
 
 namespace {
 
@@ -16,36 +20,29 @@ using indices = std::vector<unsigned>;
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 const outline square = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
 
-TEST(Area, IsSignedAndSummedInOrder) {
-    EXPECT_EQ(area(square), 1.0);
-    EXPECT_EQ(area({{0, 1}, {1, 1}, {1, 0}, {0, 0}}), -1.0);
-    EXPECT_EQ(area({{0, 0}, {5, 5}}), 0.0);
-    const outline o = {{0.1, 0.7}, {3.3, -1.9}, {2.2, 5.5}, {-4.4, 0.3}};
-    const double sum = ((0.0 + cross(o[3], o[0])) + cross(o[0], o[1])) + cross(o[1], o[2]);
-    EXPECT_EQ(area(o), (sum + cross(o[2], o[3])) * 0.5);
-}
-
-TEST(InsideTriangle, CounterClockwiseWithEdgesAndCornersInside) {
-    const vector2d a(0, 0), b(4, 0), c(0, 4);
-    const struct {
-        vector2d p, a, b, c;
-        bool inside;
-    } cases[] = {
-        {{1, 1}, a, b, c, true},
-        {{2, 0}, a, b, c, true},  // on an edge
-        {{2, 2}, a, b, c, true},
-        {b, a, b, c, true},  // hypotenuse, corner
-        {{3, 3}, a, b, c, false},
-        {{-1, 1}, a, b, c, false},
-        {{1, 1}, a, c, b, false},  // clockwise corners
-        {{nan, 1}, a, b, c, false},
-        {{1, 1}, a, b, {nan, 4}, false},
-        {{9, 0}, {0, 0}, {1, 0}, {2, 0}, true},  // a degenerate triangle holds its whole line
-    };
-    for (const auto& t : cases) {
-        SCOPED_TRACE(testing::Message() << "(" << t.p.x << ", " << t.p.y << ")");
-        EXPECT_EQ(inside_triangle(t.p, t.a, t.b, t.c), t.inside);
+TEST(AreaAndInsideTriangle, MatchTheReferenceBitForBit) {
+    // Signed, summed from the last edge on (integer points for exact ties, others for rounding);
+    // counter-clockwise triangles hold their edges and corners, clockwise ones nothing, NaN is
+    // never inside, a degenerate triangle holds its line.
+    std::mt19937 rng(3);
+    std::uniform_int_distribution<int> coord(-3, 3), special(0, 9);
+    std::uniform_real_distribution<double> real(-3, 3);
+    const double values[] = {nan, 1e300, -1e-300, 0.1, -0.7};
+    outline o(8);
+    for (int trial = 0; trial < 20000; ++trial) {
+        for (vector2d& p : o) {
+            p = trial % 2 ? vector2d(coord(rng), coord(rng)) : vector2d(real(rng), real(rng));
+            if (special(rng) == 0) p.x = values[special(rng) % 5];
+        }
+        const outline part(o.begin(), o.begin() + trial % 9);
+        const double a = area(part), r = reference::area(part);
+        ASSERT_TRUE(a == r || (std::isnan(a) && std::isnan(r))) << trial;
+        ASSERT_EQ(inside_triangle(o[0], o[1], o[2], o[3]),
+                  reference::inside_triangle(o[0], o[1], o[2], o[3]))
+            << trial;
     }
+    EXPECT_TRUE(inside_triangle({2, 2}, {0, 0}, {4, 0}, {0, 4}));
+    EXPECT_FALSE(inside_triangle({1, 1}, {0, 0}, {0, 4}, {4, 0}));
 }
 
 TEST(IsEar, ConvexCornerWithoutOtherPositionsInside) {
