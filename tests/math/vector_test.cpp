@@ -96,8 +96,8 @@ TEST(RayTriangle, HitsMissesAndTheParameterWritten) {
 }
 
 TEST(Colinear, RadiansAndReversals) {
-    EXPECT_TRUE(colinear({0, 0, 0}, {1, 0, 0}, {2, 0.01, 0}, 0.1));
-    EXPECT_FALSE(colinear({0, 0, 0}, {1, 0, 0}, {2, 0.01, 0}, 0.001));
+    EXPECT_TRUE(colinear({1, 1, 0}, {2, 1, 0}, {3, 1.01, 0}, 0.1));
+    EXPECT_FALSE(colinear({1, 1, 0}, {2, 1, 0}, {3, 1.01, 0}, 0.001));
     EXPECT_TRUE(colinear({0, 0, 0}, {1, 0, 0}, {0.5, 0, 0}, 0.001));  // doubling back
     EXPECT_FALSE(colinear({0, 0, 0}, {1, 0, 0}, {1, 1, 0}, 0.1));
     EXPECT_FALSE(colinear({0, 0, 0}, {1, 0, 0}, {2, 0, 0}, 0.0));  // |cos| > 1 never holds
