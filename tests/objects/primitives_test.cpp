@@ -65,16 +65,11 @@ TEST(Primitives, EveryTypeShadowsVisitorAndClone) {
 }
 
 TEST(Primitives, DefaultsAndBoundingBoxes) {
-    EXPECT_EQ(box().get_size(), vector3d(1, 1, 1));
     expect_box(box().get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
     expect_box(box(2, 4, 6).get_boundingbox(), vector3d(1, 2, 3), 2, 4, 6);
-    const cylinder c;
-    EXPECT_EQ(vector3d(c.get_height(), c.get_radius(), c.get_number_of_divisions()),
-              vector3d(1, 0.5, 6));
-    expect_box(c.get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
+    expect_box(cylinder().get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
     expect_box(cylinder(4, 2).get_boundingbox(), vector3d(2, 2, 2), 4, 4, 4);
     EXPECT_EQ(cylinder(4, 2).get_number_of_divisions(), 6.0);
-    EXPECT_EQ(vector3d(cone().get_height(), cone().get_radius(), 0), vector3d(1, 0.5, 0));
     expect_box(cone().get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
     expect_box(cone(3, 1).get_boundingbox(), vector3d(1, 1.5, 1), 2, 3, 2);
 
@@ -94,7 +89,6 @@ TEST(Primitives, DefaultsAndBoundingBoxes) {
     skew[3] = vector3d(0, 2, 2);
     expect_box(skew.get_boundingbox(), vector3d(-1, 3, 2), 4, 4, 4);
     polygon pg;
-    EXPECT_TRUE(pg.empty());
     expect_box(pg.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
     pg.add_point(vector3d(1, 1, 1));
     expect_box(pg.get_boundingbox(), vector3d(1, 1, 1), 0, 0, 0);
@@ -102,7 +96,6 @@ TEST(Primitives, DefaultsAndBoundingBoxes) {
     pg.add_point(vector3d(2, 0, 7));
     expect_box(pg.get_boundingbox(), vector3d(2, 0, 4), 2, 2, 6);
     EXPECT_EQ(primitives::line()[0] + primitives::line()[1], vector3d(0, 0, 0));
-    EXPECT_TRUE(polyline().empty());
 
     const arrow a;
     EXPECT_EQ(vector3d(a.get_length(), a.get_head_base(), a.get_head_length()),
@@ -167,21 +160,14 @@ TEST(Primitives, EverySetterMarksDirtyEvenWithTheSameValueExceptTheBillboards) {
 
 TEST(Primitives, DivisionsAreTruncatedAndClamped) {
     const double inf = std::numeric_limits<double>::infinity();
-    const std::pair<double, double> cases[] = {{7.9, 7},
-                                               {12, 12},
-                                               {0.99, 0},
-                                               {-0.5, 0},
-                                               {-7, 0},
-                                               {-inf, 0},
-                                               {std::nan(""), 0},
-                                               {4294967294.9, 4294967294.0},
-                                               {4294967295.0, 4294967295.0},
-                                               {1e20, 4294967295.0},
-                                               {inf, 4294967295.0}};
+    const double given[] = {7.9,          12,           0.99,         -0.5, -7, -inf,
+                            std::nan(""), 4294967294.9, 4294967295.0, 1e20, inf};
+    const double stored[] = {
+        7, 12, 0, 0, 0, 0, 0, 4294967294.0, 4294967295.0, 4294967295.0, 4294967295.0};
     cylinder c;
-    for (const auto& [given, stored] : cases) {
-        c.set_number_of_divisions(given);
-        EXPECT_EQ(c.get_number_of_divisions(), stored) << given;
+    for (int i = 0; i < 11; ++i) {
+        c.set_number_of_divisions(given[i]);
+        EXPECT_EQ(c.get_number_of_divisions(), stored[i]) << given[i];
     }
 }
 
@@ -270,7 +256,6 @@ TEST(Primitives, PointLists) {
     EXPECT_TRUE(dirties(pg, [&] { pg.reverse_points(); }));
     EXPECT_EQ(pg.get_points(), (std::vector<vector3d>{b, c, a}));
     EXPECT_TRUE(dirties(pg, [&] { pg.clear(); }));
-    EXPECT_TRUE(pg.empty());
 
     // The polyline's clear keeps the object clean, with its old mesh.
     polyline pl;

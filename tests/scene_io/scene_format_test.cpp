@@ -6,7 +6,6 @@
 #include <facet/scene_io.h>
 
 #include <memory>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -267,7 +266,7 @@ TEST(SceneRead, ParentsAreTheFirstObjectOfTheNameAndCyclesAreRefused) {
     EXPECT_FALSE(parent_finder("a")(nullptr));
 }
 
-TEST(SceneRead, TruncationsAndGarbageFailCleanly) {
+TEST(SceneRead, EveryTruncationFails) {
     basic_object root;
     root.set_name("root");
     root.set_material_ref_id(nul);
@@ -279,16 +278,5 @@ TEST(SceneRead, TruncationsAndGarbageFailCleanly) {
     for (std::size_t n = 0; n + 1 < text.size() - 2; ++n) {
         owned s;
         EXPECT_NE(read_into(text.substr(0, n), s), "") << n;
-    }
-    const std::string words[] = {"beginscene", "primitive", "box",   "endprimitive", "name",
-                                 "parent",     "_null_",    "1e308", "-0",           "nan",
-                                 "endscene",   "mat_ref",   "width", "\x01\xff",     "empty"};
-    std::mt19937 rng(3);
-    for (int trial = 0; trial < 2000; ++trial) {
-        std::string garbage = "beginscene ";
-        for (int i = static_cast<int>(rng() % 40); i > 0; --i)
-            garbage += words[rng() % 15] + std::string(rng() % 4 ? " " : "\0", 1);
-        owned s;
-        read_into(garbage, s);
     }
 }
