@@ -54,6 +54,7 @@ TEST(Line, NormalisedCoefficientsNormalOnTheRight) {
     expect_coefficients(x, 0, -1, 0);
     EXPECT_EQ(x.distance(point(5, 2)), -2.0);
     EXPECT_EQ(x.project(point(5, 2)), point(5, 0));
+    EXPECT_EQ(line(point(0, 0), point(0, 2)).project(point(3, 1)), point(0, 1));
     EXPECT_EQ(x.get_normal(), point(0, -1));
     EXPECT_EQ(x.get_direction(), point(1, 0));
     x.offset(3.0);  // along the normal
