@@ -70,6 +70,13 @@ TEST(Scene, AdoptRefusesCyclesAndForeignParents) {
     objects[0]->set_parent(&outside);
     EXPECT_THROW(facet::scene::adopt(std::move(objects)), std::invalid_argument);
     EXPECT_TRUE(outside.get_children().empty());
+
+    // A cycle linked behind the scene's back is undone before the objects go.
+    facet::scene s;
+    auto& a = s.emplace<box>();
+    auto& b = s.emplace<box>();
+    a.set_parent(&b);
+    b.set_parent(&a);
 }
 
 TEST(Scene, WorldMatricesMatchTheChainProductBitForBitWithoutRecursion) {

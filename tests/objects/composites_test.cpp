@@ -29,11 +29,6 @@ custom_mesh named_triangle(const std::string& name) {
     return m;
 }
 
-class RegisteredMeshes : public ::testing::Test {
-protected:
-    void TearDown() override { graphics::get_global_mesh_map().clear(); }
-};
-
 }  // namespace
 
 TEST(CustomMeshData, ListsIndicesAndValueSemantics) {
@@ -108,7 +103,7 @@ TEST(MeshMap, OwnsRegistersReplacesAndRemoves) {
     EXPECT_EQ(&graphics::get_global_mesh_map(), &graphics::get_global_mesh_map());
 }
 
-TEST_F(RegisteredMeshes, CustomShowsTheRegisteredStylesUntilOverridden) {
+TEST(CustomObject, ShowsTheRegisteredStylesUntilOverridden) {
     primitives::custom c("composite.part");
     EXPECT_EQ(c.get_source_mesh(), nullptr);
     EXPECT_EQ(c.num_styles(), 0u);
@@ -134,6 +129,7 @@ TEST_F(RegisteredMeshes, CustomShowsTheRegisteredStylesUntilOverridden) {
     EXPECT_DEATH(c.get_style(1), "index < num_styles()");
     EXPECT_DEATH(c.set_style(primitives::custom::max_style_index + 1, style()),
                  "index <= max_style_index");
+    graphics::get_global_mesh_map().clear();
 }
 
 TEST(CustomObject, InlineMeshDirtyMarkingAndCopies) {
