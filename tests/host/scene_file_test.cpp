@@ -115,6 +115,7 @@ TEST(SceneFile, ErrorsNameTheLineAndTheObject) {
         {"beginscene\r\nprimitive teapot\r\n",
          "scene.txt:2: expected a scene object type, found 'teapot'"},
         {"begin\r\n", "scene.txt:1: expected 'beginscene', found 'begin'"},
+        {" \r\n\r\n", "scene.txt:1: expected 'beginscene', found the end of the file"},
         {head +
              "  width 1\r\n  height 1\r\n  depth 1\r\nendprimitive\r\nprimitive light\r\n"
              "  name l\r\n  parent lid\r\n  ownerid _null_\r\n  mat_ref   position 0 0 0\r\n"
