@@ -1,192 +1,258 @@
+// The face set's own operations: the partial exchange, the style table, flat normals,
+// transforming, bounds, ray casting, box texture coordinates, texture settings from an object
+// and flat tangent frames.
 #include <gtest/gtest.h>
 
-#include "facet/ifs.h"
-#include "facet/objects.h"
+#include "facet/math3d.h"
+#include "ifs/fixtures.h"
 
 using graphics::brush;
 using graphics::color;
 using graphics::pen;
+using namespace ifs_test;
 
 namespace {
 
-// Two triangles sharing an edge; flags and arrays that swap must leave are set too.
-void fill_two_triangles(indexedfaceset& fs) {
-    fs.vertices().resize(4);
-    fs.vertices()[0] = vector3d(0.0, 0.0, 0.0);
-    fs.vertices()[1] = vector3d(1.0, 0.0, 0.0);
-    fs.vertices()[2] = vector3d(0.0, 1.0, 0.0);
-    fs.vertices()[3] = vector3d(1.0, 1.0, 0.0);
-    fs.faces().resize(2);
-    fs.faces()[0] = face(0, 1, 2);
-    fs.faces()[1] = face(1, 3, 2);
+// Faces (0, 1, 2) and (3, 4, 5) of the same shape (normal +y), the second moved by `offset`,
+// in styles 0 and `second_style` (two styles when that is 1).
+void two_like_faces(indexedfaceset& fs, const vector3d& offset, std::int32_t second_style = 0) {
+    set_mesh(fs, {{0, 0, 0},
+                  {2, 0, 0},
+                  {0, 0, -3},
+                  offset,
+                  offset + vector3d(2, 0, 0),
+                  offset + vector3d(0, 0, -3)});
+    fs.faces()[1].style = second_style;
+    fs.faces()[0].style = 0;
+    fs.styles().resize(second_style == 1 ? 2 : 1);
 }
 
 }  // namespace
 
-TEST(FaceSetRecords, Defaults) {
-    const texcoord tc;
-    EXPECT_EQ(tc.u, 0.0f);
-    EXPECT_EQ(tc.v, 0.0f);
-
-    const face f(4, 5, 6);
-    EXPECT_EQ(f.vertex[0], 4u);
-    EXPECT_EQ(f.vertex[2], 6u);
-    EXPECT_EQ(f.texcoord[0], 0u);
-    EXPECT_EQ(f.normal, vector3d());
-    EXPECT_EQ(f.tangent, vector3d());
-    EXPECT_EQ(f.bitangent, vector3d());
-    EXPECT_EQ(f.brush, brush());
-    EXPECT_EQ(f.pen, pen());
-    EXPECT_EQ(f.style, -1);
-
-    const line l(2, 3);
-    EXPECT_EQ(l.start, 2u);
-    EXPECT_EQ(l.end, 3u);
-    EXPECT_EQ(l.pen, pen());
-
-    halfedge h(7, nullptr);
-    EXPECT_EQ(h.vertex, 7u);
-    EXPECT_EQ(h.next, nullptr);
-    EXPECT_EQ(h.m_twinedge, nullptr);
-    EXPECT_EQ(h.flags, 0u);
-    h.flags = 6;
-    h.set_drawn(true);
-    EXPECT_EQ(h.flags, 7u);
-    EXPECT_TRUE(h.drawn());
-    h.set_drawn(false);
-    EXPECT_EQ(h.flags, 6u);
-}
-
-TEST(FaceSetRecords, TwinLinkingIsSymmetricAndChecked) {
-    halfedge a, b, c;
+TEST(FaceSet, RecordsSwapAndStyles) {
+    halfedge a, b, c;  // the draw mark keeps the other bits; twins link once
+    a.flags = 6;
+    a.set_drawn(true);
+    EXPECT_EQ(a.flags, 7u);
+    a.set_drawn(false);
+    EXPECT_EQ(a.flags, 6u);
     a.set_twin(&b);
-    EXPECT_EQ(a.m_twinedge, &b);
     EXPECT_EQ(b.m_twinedge, &a);
     EXPECT_DEATH(c.set_twin(&a), "twin->m_twinedge == 0");
     EXPECT_DEATH(a.set_twin(&c), "m_twinedge == 0");
-}
 
-TEST(FaceSet, Defaults) {
-    const indexedfaceset fs;
-    EXPECT_EQ(fs.num_vertices(), 0u);
-    EXPECT_EQ(fs.num_faces(), 0u);
-    EXPECT_EQ(fs.num_edges(), 0u);
-    EXPECT_EQ(fs.num_lines(), 0u);
-    EXPECT_EQ(fs.num_texcoords(), 0u);
-    EXPECT_EQ(fs.num_styles(), 0u);
-    EXPECT_TRUE(fs.get_backface_culling());
-    EXPECT_FALSE(fs.edges_only());
-    EXPECT_FALSE(fs.is_marked());
-    EXPECT_FALSE(fs.get_textured());
-    EXPECT_FALSE(fs.show_texture_in_bw_mode());
-    EXPECT_FALSE(fs.show_black_in_bw_mode());
-    EXPECT_FALSE(fs.texture_rotated());
-    EXPECT_EQ(fs.get_visible_edge_treshold(), 65.0);
-    EXPECT_EQ(fs.get_texture_scale(), vector2d(1.0, 1.0));
-    EXPECT_EQ(fs.get_texture_id(), 0u);
-    EXPECT_EQ(fs.get_normal_map_id(), 0u);
-    EXPECT_EQ(static_cast<unsigned>(fs.get_texture_mode()), 0u);
-}
-
-TEST(FaceSet, ElementAccessIsChecked) {
-    indexedfaceset fs;
-    fill_two_triangles(fs);
-    EXPECT_EQ(fs.get_vertex(3), vector3d(1.0, 1.0, 0.0));
-    EXPECT_EQ(fs.get_face(1).vertex[1], 3u);
-    EXPECT_DEATH(fs.get_vertex(4), "index < m_size");
-    EXPECT_DEATH(fs.get_face(2), "index < m_size");
-    EXPECT_DEATH(fs.get_style(0), "index < m_size");
-    EXPECT_DEATH(fs.get_normal(0), "index < m_size");
-}
-
-TEST(FaceSet, SwapExchangesExactlySixArrays) {
-    indexedfaceset a;
-    fill_two_triangles(a);
-    a.texcoords().resize(6);
-    a.edges().resize(6);
-    a.lines().resize(1);
-    a.styles().resize(2);
-    a.compute_normals();
-    a.tangents().resize(6);
-    a.bitangents().resize(6);
-    a.set_backface_culling(false);
-    a.set_texture_id(5);
-    a.set_texture_scale(2.0, 3.0);
-    a.set_visible_edge_treshold(10.0);
-
-    indexedfaceset b;
-    b.set_marked(true);
-    b.normals().resize(1);
-
-    a.swap(b);
-    EXPECT_EQ(b.num_vertices(), 4u);
-    EXPECT_EQ(b.num_texcoords(), 6u);
-    EXPECT_EQ(b.num_faces(), 2u);
-    EXPECT_EQ(b.num_edges(), 6u);
-    EXPECT_EQ(b.num_lines(), 1u);
-    EXPECT_EQ(b.num_styles(), 2u);
-    EXPECT_EQ(a.num_vertices() + a.num_texcoords() + a.num_faces() + a.num_edges() + a.num_lines() +
-                  a.num_styles(),
+    // The exchange takes exactly six arrays; normals, tangents, bitangents and flags stay.
+    indexedfaceset x, y;
+    set_mesh(x, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}}, {face(0, 1, 2), face(1, 3, 2)});
+    x.texcoords().resize(5);
+    x.lines().resize(1);
+    x.styles().resize(2);
+    x.tangents().resize(6);
+    x.bitangents().resize(7);
+    y.set_marked(true);
+    y.normals().resize(1);
+    x.swap(y);
+    EXPECT_EQ(std::vector<std::uint32_t>({y.num_vertices(), y.num_texcoords(), y.num_faces(),
+                                          y.num_edges(), y.num_lines(), y.num_styles()}),
+              std::vector<std::uint32_t>({4, 5, 2, 6, 1, 2}));
+    EXPECT_EQ(x.num_vertices() + x.num_texcoords() + x.num_faces() + x.num_edges() + x.num_lines() +
+                  x.num_styles(),
               0u);
+    EXPECT_EQ(x.normals().size() + x.tangents().size() + x.bitangents().size(), 19u);
+    EXPECT_EQ(y.normals().size(), 1u);
+    EXPECT_TRUE(y.is_marked() && !x.is_marked());
 
-    // Normals, tangents, bitangents and every flag stay where they were.
-    EXPECT_EQ(a.normals().size(), 6u);
-    EXPECT_EQ(a.tangents().size(), 6u);
-    EXPECT_EQ(a.bitangents().size(), 6u);
-    EXPECT_EQ(b.normals().size(), 1u);
-    EXPECT_EQ(b.tangents().size(), 0u);
-    EXPECT_FALSE(a.get_backface_culling());
-    EXPECT_EQ(a.get_texture_id(), 5u);
-    EXPECT_EQ(a.get_texture_scale(), vector2d(2.0, 3.0));
-    EXPECT_EQ(a.get_visible_edge_treshold(), 10.0);
-    EXPECT_FALSE(a.is_marked());
-    EXPECT_TRUE(b.is_marked());
-    EXPECT_TRUE(b.get_backface_culling());
-    EXPECT_EQ(b.get_texture_id(), 0u);
-}
-
-TEST(FaceSet, SetStyleIgnoresOutOfRange) {
-    indexedfaceset fs;
-    fs.set_style(0, graphics::style("x", brush(), pen()));
-    EXPECT_EQ(fs.num_styles(), 0u);
-
-    fs.styles().resize(2);
-    graphics::style s("glass", brush(color(1, 2, 3), 1), pen(color(4, 5, 6), 2, 3));
-    s.material_ref_id = "mat";
-    s.texture = graphics::texture_info(7, 8, graphics::texgen_mode::none,
-                                       graphics::texture_mode::decal, 2.0, 4.0, true);
-    fs.set_style(1, s);
-    fs.set_style(2, graphics::style("ignored", brush(), pen()));
-    EXPECT_EQ(fs.num_styles(), 2u);
-    EXPECT_EQ(fs.get_style(0).name, "");
-    const graphics::style& got = fs.get_style(1);
-    EXPECT_EQ(got.name, "glass");
-    EXPECT_EQ(got.material_ref_id, "mat");
-    EXPECT_EQ(got.brush, s.brush);
-    EXPECT_EQ(got.pen, s.pen);
-    EXPECT_EQ(got.texture.texture_id, 7u);
-    EXPECT_EQ(got.texture.norm_map_id, 8u);
-    EXPECT_EQ(got.texture.texture_mode, graphics::texture_mode::decal);
-    EXPECT_EQ(got.texture.texture_scale, vector2d(2.0, 4.0));
-    EXPECT_TRUE(got.texture.texture_rotated);
-}
-
-TEST(FaceSet, BuildStandardStyleFromObject) {
+    // set_style ignores an index beyond the styles; the standard style comes from the object.
+    x.set_style(0, graphics::style("x", brush(), pen()));
+    EXPECT_EQ(x.num_styles(), 0u);
+    y.set_style(1, graphics::style("glass", brush(color(1, 2, 3), 1), pen(color(4, 5, 6), 2, 3)));
+    y.set_style(2, graphics::style("ignored", brush(), pen()));
+    EXPECT_EQ(y.get_style(0).name + "|" + y.get_style(1).name, "|glass");
+    EXPECT_EQ(y.get_style(1).pen, pen(color(4, 5, 6), 2, 3));
     primitives::basic_object o;
     o.set_material_ref_id("steel");
     o.set_pen(pen(color(9, 9, 9), 3));
     o.enable_texturing(true);
     o.set_texture_id(42);
-    indexedfaceset fs;
-    fs.styles().resize(3);
-    fs.build_standard_style(o);
-    ASSERT_EQ(fs.num_styles(), 1u);
-    const graphics::style& s = fs.get_style(0);
-    EXPECT_EQ(s.name, "std");
-    EXPECT_EQ(s.material_ref_id, "steel");
+    o.set_norm_map_id(43);
+    y.build_standard_style(o);
+    ASSERT_EQ(y.num_styles(), 1u);
+    const graphics::style& s = y.get_style(0);
+    EXPECT_EQ(s.name + "|" + s.material_ref_id, "std|steel");
     EXPECT_EQ(s.brush, brush(color(255, 255, 192)));
     EXPECT_EQ(s.pen, pen(color(9, 9, 9), 3));
-    EXPECT_EQ(s.texture.texture_id, 0u);
-    EXPECT_EQ(s.texture.norm_map_id, 0u);
+    EXPECT_EQ(s.texture.texture_id + s.texture.norm_map_id, 0u);
     EXPECT_FALSE(s.texture.texturing);
+}
+
+TEST(FaceSet, NormalsTransformsBoundsAndRays) {
+    indexedfaceset fs;  // +z, −x, collinear
+    set_mesh(fs, {{0, 0, 0},
+                  {2, 0, 0},
+                  {0, 3, 0},
+                  {0, 0, 0},
+                  {0, 0, 1},
+                  {0, 1, 0},
+                  {1, 1, 1},
+                  {2, 2, 2},
+                  {3, 3, 3}});
+    const vector3d expected[] = {{0, 0, 1}, {-1, 0, 0}, {0, 0, 0}};
+    ASSERT_EQ(fs.normals().size(), 9u);
+    for (std::uint32_t i = 0; i < 9; ++i) EXPECT_EQ(fs.get_normal(i), expected[i / 3]) << i;
+    for (std::uint32_t i = 0; i < 3; ++i) EXPECT_EQ(fs.get_face(i).normal, expected[i]);
+    // (p1 − p0) × (p2 − p0) normalised, exactly as written.
+    const vector3d p0(0.1, 0.2, 0.3), p1(1.7, -0.4, 0.9), p2(-0.6, 1.3, 2.2);
+    set_mesh(fs, {p0, p1, p2});
+    vector3d n = cross(p1 - p0, p2 - p0);
+    n.normalize();
+    EXPECT_EQ(fs.get_face(0).normal, n);
+
+    // A mirror keeps the vertex order, so the normals flip; texture coordinates and lines stay.
+    set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+    fs.texcoords().resize(3);
+    fs.texcoords()[1] = texcoord(0.5f, 0.25f);
+    fs.lines().resize(1);
+    matrix44d m;
+    make_scaling_matrix(m, -1.0, 1.0, 1.0);
+    append_translation(m, 0.0, 0.0, 2.0);
+    fs.apply_transform(m);
+    EXPECT_EQ(fs.get_vertex(1), vector3d(-1, 0, 2));
+    EXPECT_EQ(fs.get_face(0).normal, vector3d(0, 0, -1));
+    for (std::uint32_t k = 0; k < 3; ++k) EXPECT_EQ(fs.get_normal(k), vector3d(0, 0, -1));
+    EXPECT_EQ(fs.get_texcoord(1).u, 0.5f);
+    EXPECT_EQ(fs.num_lines(), 1u);
+    m = matrix44d::identity();  // with the projective division
+    m(3, 3) = 2.0;
+    fs.apply_transform(m);
+    EXPECT_EQ(fs.get_vertex(1), vector3d(-0.5, 0, 1));
+
+    // Bounds through the centre and the extents; (0, 0, 0) for no vertices.
+    vector3d lo(1, 1, 1), hi(-1, -1, -1);
+    indexedfaceset().get_bounds(lo, hi);
+    EXPECT_EQ(lo, vector3d());
+    EXPECT_EQ(hi, vector3d());
+    set_mesh(fs, {{0.1, 5, -2}, {0.7, -3, 4}, {0.3, 1, 1}});
+    fs.get_bounds(lo, hi);
+    const vector3d centre((0.1 + 0.7) / 2.0, (-3.0 + 5.0) / 2.0, (-2.0 + 4.0) / 2.0);
+    const vector3d half((0.7 - 0.1) / 2.0, (5.0 - -3.0) / 2.0, (4.0 - -2.0) / 2.0);
+    EXPECT_EQ(lo, centre - half);
+    EXPECT_EQ(hi, centre + half);
+
+    // Rays hit the nearest face, the lower index on a tie; a miss leaves the outputs alone.
+    double t = -7.0;
+    std::uint32_t hit = 99;
+    EXPECT_FALSE(indexedfaceset().intersection(vector3d(0, 0, 0), vector3d(0, 0, 1), t, hit));
+    std::vector<vector3d> v;  // face 0 at z = 0, faces 1 and 2 alike at z = 1, face 3 at z = 5
+    for (double z : {0.0, 1.0, 1.0, 5.0})
+        for (const vector3d& p : {vector3d(-1, -1, z), vector3d(1, -1, z), vector3d(0, 1, z)})
+            v.push_back(p);
+    set_mesh(fs, v);
+    EXPECT_FALSE(fs.intersection(vector3d(5, 5, 0), vector3d(0, 0, 1), t, hit));  // beside
+    EXPECT_FALSE(fs.intersection(vector3d(0, 0, 6), vector3d(0, 0, 1), t, hit));  // behind
+    EXPECT_EQ(t, -7.0);
+    EXPECT_EQ(hit, 99u);
+    for (const auto& [from, dir, distance, face] :
+         {std::tuple(10.0, -1.0, 5.0, 3u), std::tuple(-1.0, 1.0, 1.0, 0u),
+          std::tuple(0.5, 1.0, 0.5, 1u)}) {
+        ASSERT_TRUE(fs.intersection(vector3d(0, 0, from), vector3d(0, 0, dir), t, hit));
+        EXPECT_EQ(hit, face) << from;
+        EXPECT_EQ(t, distance) << from;
+    }
+}
+
+TEST(BoxTexcoords, ProjectedAlongTheDominantAxisPlainOrTurned) {
+    // Faces 2 (1 2 6, x = 2), 4 (2 3 7, z = 0), 5 (2 7 6, z = 0), 8 (4 5 6, y = 2): plain u, v are
+    // (z, y), (x, y), (x, z); turned (−y, z), (−y, x), (z, x).
+    primitives::box b(2, 2, 2);
+    const indexedfaceset& fs = b.get_mesh();
+    const auto corners = [&fs](std::initializer_list<std::uint32_t> faces) {
+        std::string s;
+        for (std::uint32_t f : faces) s += coords_of(fs, f, 1) + "|";
+        return s;
+    };
+    EXPECT_EQ(fs.get_face(8).texcoord[2], 26u);
+    EXPECT_EQ(corners({2, 4, 8}), "2 0|0 0|0 2|2 0|0 0|0 2|0 2|2 2|2 0|");
+    // Tangents follow u, bitangents decreasing v: top +x and −z, side x = 2 +z and −y.
+    EXPECT_EQ(fs.get_face(8).tangent, vector3d(1, 0, 0));
+    EXPECT_EQ(fs.get_face(8).bitangent, vector3d(0, 0, -1));
+    EXPECT_EQ(fs.get_tangent(3 * 8 + 1), vector3d(1, 0, 0));
+    EXPECT_EQ(fs.get_bitangent(3 * 8 + 2), vector3d(0, 0, -1));
+    EXPECT_EQ(fs.get_face(2).tangent, vector3d(0, 0, 1));
+    EXPECT_EQ(fs.get_face(2).bitangent, vector3d(0, -1, 0));
+    b.set_texture_rotated(true);
+    b.get_mesh();
+    EXPECT_EQ(corners({2, 5, 8}), "0 2|0 0|-2 0|0 2|-2 0|-2 2|2 0|2 2|0 2|");
+
+    // Normal (1, 1, 0) / sqrt 2: x and y tie, x wins: u = z, v = y.
+    indexedfaceset tie;
+    set_mesh(tie, {{0, 0, 0}, {0, 0, 1}, {1, -1, 0}});
+    tie.faces()[0].style = 0;
+    tie.styles().resize(1);
+    tie.gen_texcoords_box();
+    EXPECT_EQ(coords_of(tie), "0 0|1 0|0 -1");
+}
+
+TEST(BoxTexcoords, EachStyleScalesItsFacesFacesWithoutOneGetZeros) {
+    indexedfaceset fs;
+    two_like_faces(fs, vector3d(), 1);
+    fs.styles()[1].texture.texture_scale = vector2d(2.0, 2.0);
+    fs.gen_texcoords_box();
+    EXPECT_EQ(coords_of(fs), "0 0|2 0|0 -3|0 0|4 0|0 -6");
+
+    // A rerun starts over from zeros; a face without a style keeps its indices.
+    two_like_faces(fs, vector3d(1, 1, 1));
+    fs.gen_texcoords_box();
+    fs.compute_tangent_space();
+    ASSERT_NE(fs.get_tangent(0), vector3d());
+    fs.faces()[1].style = -1;
+    fs.faces()[1].texcoord[1] = 4;
+    fs.gen_texcoords_box();
+    ASSERT_EQ(fs.num_texcoords(), 6u);
+    EXPECT_EQ(coords_of(fs), "0 0|2 0|0 -3|0 0|0 0|0 0");
+    EXPECT_EQ(fs.get_face(1).texcoord[0] + fs.get_face(1).texcoord[1], 7u);
+    for (std::uint32_t t = 0; t < 6; ++t)
+        EXPECT_EQ(fs.get_tangent(t) + fs.get_bitangent(t), vector3d()) << t;
+
+    // Degenerate coordinates give zero frames; missing ones fail.
+    two_like_faces(fs, vector3d(1, 1, 1));
+    fs.texcoords().resize(1);
+    fs.compute_tangent_space();
+    EXPECT_EQ(fs.get_tangent(0), vector3d());
+    EXPECT_EQ(fs.get_bitangent(5), vector3d());
+    fs.faces()[1].texcoord[2] = 1;
+    EXPECT_DEATH(fs.compute_tangent_space(), "index < m_size");
+}
+
+TEST(TextureParams, OneStyleTakesTheObjectsSettingsSeveralKeepTheirs) {
+    primitives::box object;
+    object.enable_texturing(true);
+    object.set_texture_id(9);
+    object.set_texture_scale(4.0, 4.0);
+    indexedfaceset fs;
+    two_like_faces(fs, vector3d(1, 1, 1));
+    fs.set_texture_params(object);
+    EXPECT_EQ(coords_of(fs), "0 0|8 0|0 -12|4 4|12 4|4 -8");
+    EXPECT_EQ(fs.get_style(0).texture.texture_id, 9u);
+    // Faces that lost their style get their slots cleared on a rebuild, and zero frames.
+    fs.faces()[1].style = 2;
+    fs.set_texture_params(object);
+    EXPECT_EQ(coords_of(fs), "0 0|8 0|0 -12|0 0|0 0|0 0");
+    EXPECT_EQ(fs.get_tangent(4), vector3d());
+    EXPECT_EQ(fs.get_face(1).tangent, vector3d());
+    EXPECT_EQ(fs.get_tangent(1), vector3d(1, 0, 0));
+
+    indexedfaceset two;
+    two_like_faces(two, vector3d(1, 1, 1), 1);
+    two.styles()[1].texture.texture_id = 5;
+    two.set_texture_params(object);
+    EXPECT_FALSE(two.get_textured());
+    EXPECT_EQ(two.get_texture_id(), 0u);
+    EXPECT_EQ(two.get_texture_scale(), vector2d(1.0, 1.0));
+    EXPECT_EQ(two.get_style(0).texture.texture_id, 0u);
+    EXPECT_EQ(two.get_style(1).texture.texture_id, 5u);
+    EXPECT_FALSE(two.get_style(0).texture.texturing);
+    // Coordinates (at the styles' own scales) and frames are made all the same.
+    EXPECT_EQ(coords_of(two), "0 0|2 0|0 -3|1 1|3 1|1 -2");
+    EXPECT_EQ(two.get_face(0).tangent, vector3d(1, 0, 0));
+    EXPECT_EQ(two.get_tangent(5), vector3d(1, 0, 0));
 }

@@ -1,0 +1,317 @@
+// Half-edge connectivity, outline marks and smooth corner normals: pinned cases, and the flat
+// per-vertex lists of construct_halfedge_data and smooth_mesh against the plain versions in
+// tests/support on random meshes (shared, non-manifold, duplicated, flipped and degenerate
+// faces), bit for bit.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <random>
+
+#include "facet/camera.h"
+#include "facet/projector.h"
+#include "ifs/fixtures.h"
+#include "support/reference_halfedges.h"
+#include "support/reference_smooth_mesh.h"
+
+using namespace ifs_test;
+
+namespace {
+
+// Counts its calls; the view direction is fixed.
+struct counting_projector : orthographic_projector {
+    mutable int calls = 0;
+    vector3d get_viewvector(const vector3d& p, const camera& c) const override {
+        ++calls;
+        return orthographic_projector::get_viewvector(p, c);
+    }
+};
+
+// Vertices on a coarse grid (many equal normals), faces from a small pool of vertices (edges
+// shared by several faces), some duplicated or flipped, some degenerate; box coordinates and
+// frames, no half-edges.
+void random_mesh(indexedfaceset& fs, std::uint32_t seed) {
+    std::mt19937 rng(seed);
+    fs.vertices().resize(6 + rng() % 30);
+    const std::uint32_t nv = fs.num_vertices();
+    for (vector3d& v : fs.vertices()) v = vector3d(rng() % 3, rng() % 3, rng() % 3);
+    fs.faces().resize(1 + rng() % 120);
+    for (std::uint32_t i = 0; i < fs.num_faces(); ++i) {
+        face& f = fs.faces()[i];
+        f = face(rng() % nv, rng() % nv, rng() % nv);
+        if (i > 0 && rng() % 6 == 0) {
+            f = fs.faces()[rng() % i];
+            if (rng() % 2) std::swap(f.vertex[1], f.vertex[2]);
+        }
+        f.style = 0;
+    }
+    fs.styles().resize(1);
+    fs.compute_normals();
+    fs.gen_texcoords_box();
+    fs.compute_tangent_space();
+}
+
+std::ptrdiff_t index_of(const halfedge* h, const indexedfaceset& fs) {
+    return h == nullptr ? -1 : h - fs.edges().data();
+}
+
+bool same_bits(const vector3d& a, const vector3d& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+void expect_smoothing_as_the_oracle(indexedfaceset& fs, double angle) {
+    const reference::smoothed expected = reference::smooth_mesh(fs, angle);
+    fs.smooth_mesh(angle);
+    for (std::uint32_t c = 0; c < 3 * fs.num_faces(); ++c) {
+        ASSERT_TRUE(same_bits(fs.get_normal(c), expected.normals[c])) << "corner " << c;
+        ASSERT_TRUE(same_bits(fs.get_tangent(c), expected.tangents[c])) << "corner " << c;
+        ASSERT_TRUE(same_bits(fs.get_bitangent(c), expected.bitangents[c])) << "corner " << c;
+    }
+}
+
+// Three flat triangles around vertex 0 at the origin (normal +z) and a fourth, (0, 4, 5),
+// tilted about the y axis by atan(lift / 2), with box coordinates and frames.
+void tilted_fan(indexedfaceset& fs, double lift) {
+    set_mesh(fs, {{0, 0, 0}, {2, 0, 0}, {0, 2, 0}, {-2, 0, 0}, {0, -2, 0}, {2, -2, lift}},
+             {face(0, 1, 2), face(0, 2, 3), face(0, 3, 4), face(0, 4, 5)});
+    for (face& f : fs.faces()) f.style = 0;
+    fs.styles().resize(1);
+    fs.gen_texcoords_box();
+    fs.compute_tangent_space();
+}
+
+}  // namespace
+
+TEST(HalfEdges, TwinsPairByVertexIndexFirstComeFirstServed) {
+    const struct {
+        std::vector<face> faces;
+        std::vector<int> twins;  // per half-edge, -1 for none
+    } cases[] = {
+        {{face(0, 1, 2)}, {-1, -1, -1}},
+        {{face(0, 1, 2), face(0, 1, 4)}, {-1, -1, -1, -1, -1, -1}},  // same direction
+        {{face(0, 1, 2), face(1, 0, 3)}, {3, -1, -1, 0, -1, -1}},
+        {{face(0, 1, 2), face(1, 0, 4), face(1, 0, 3)}, {3, -1, -1, 0, -1, -1, -1, -1, -1}},
+    };
+    for (const auto& c : cases) {
+        indexedfaceset fs;
+        set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, -1, 0}}, c.faces);
+        ASSERT_EQ(fs.num_edges(), c.twins.size());
+        for (std::uint32_t e = 0; e < fs.num_edges(); ++e) {
+            EXPECT_EQ(index_of(fs.get_edge(e).m_twinedge, fs), c.twins[e]) << c.twins.size() << e;
+            EXPECT_FALSE(fs.get_edge(e).drawn());
+        }
+        fs.faces()[0] = face(0, 1, 5);
+        EXPECT_DEATH(fs.construct_halfedge_data(), "index < m_size");
+    }
+}
+
+TEST(HalfEdges, SharpAtTheAngleOrMoreOpenEdgesDrawn) {
+    indexedfaceset fs;  // folded by exactly 90 degrees; cos(90°) is slightly above 0
+    set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, {face(0, 1, 2), face(1, 0, 3)});
+    fs.determine_sharp_edges(90.0);
+    EXPECT_EQ(drawn_edges(fs), 6);
+    fs.determine_sharp_edges(91.0);
+    EXPECT_EQ(drawn_edges(fs), 4);
+    EXPECT_FALSE(fs.get_edge(0).drawn() || fs.get_edge(3).drawn());
+
+    // A built box pairs every edge and draws its twelve edges, not the sides' diagonals.
+    primitives::box b(1.0, 2.0, 3.0);
+    b.set_smoothing_threshold_angle(30.0);
+    const indexedfaceset& box = b.get_mesh();
+    EXPECT_TRUE(is_outward_solid(box));
+    EXPECT_EQ(drawn_edges(box), 24);
+    for (std::uint32_t side = 0; side < 6; ++side) {
+        const halfedge& diagonal = box.get_edge(3 * (2 * side) + 2);
+        EXPECT_EQ(diagonal.m_twinedge->face, &box.get_face(2 * side + 1));
+        EXPECT_FALSE(diagonal.drawn()) << "side " << side;
+    }
+}
+
+TEST(VisibleEdges, CreasesSilhouettesAndOpenEdges) {
+    // Open edges are drawn; the projector is asked for every half-edge, open ones included.
+    indexedfaceset fs;
+    set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+    counting_projector counting;
+    fs.determine_visible_edges(camera(), counting, 65.0);
+    EXPECT_EQ(drawn_edges(fs), 3);
+    EXPECT_EQ(counting.calls, 3);
+
+    // Folded by 30 degrees, normals (0, 1, 0) and (0, .866, .5): seen along -z the first is
+    // edge-on (a silhouette), from above both are in front (only the open edges are drawn); at
+    // 20 degrees the fold is a crease.
+    set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 0, -1}, {0.5, -0.57735026918962573, 1.0}},
+             {face(0, 1, 2), face(1, 0, 3)});
+    const camera along_z(vector3d(0, 0, 10), vector3d(0, 0, -1));
+    const camera above(vector3d(0, 10, 10), vector3d(0, -1, -1));
+    const orthographic_projector orthographic;
+    for (const auto& [cam, angle, drawn] :
+         {std::tuple(along_z, 65.0, 6), std::tuple(above, 65.0, 4), std::tuple(above, 20.0, 6)}) {
+        fs.determine_visible_edges(cam, orthographic, angle);
+        EXPECT_EQ(drawn_edges(fs), drawn) << angle;
+    }
+
+    // A cylinder of 16 segments (ring position i at 22.5 i degrees from +z towards +x), seen
+    // along -z: orthographic, the silhouette is at 90 degrees; in perspective from 1.5 off the
+    // axis the eye sees up to about 48 degrees.
+    primitives::cylinder cyl(2.0, 1.0, 16);
+    indexedfaceset& c = cyl.get_mesh();
+    const camera near(vector3d(0.0, 1.0, 1.5), vector3d(0.0, 0.0, -1.0));
+    const perspective_projector perspective;
+    for (const auto& [proj, side_edges] :
+         {std::pair<const projector*, const char*>(&perspective, "..x...........x."),
+          std::pair<const projector*, const char*>(&orthographic, "....x.......x...")}) {
+        c.determine_visible_edges(near, *proj, 65.0);
+        for (std::uint32_t i = 0; i < 16; ++i) {
+            const halfedge& side = c.get_edge(3 * (16 + 2 * i));  // T(i) -> B(i)
+            EXPECT_EQ(side.drawn(), side_edges[i] == 'x') << side_edges << " at " << i;
+            EXPECT_EQ(side.m_twinedge->drawn(), side.drawn());
+            EXPECT_TRUE(c.get_edge(3 * i + 1).drawn()) << "top rim, a crease of 90 degrees";
+        }
+    }
+
+    // A box's outline is its sharp edges: a view changes no mark.
+    primitives::box b;
+    indexedfaceset& box = b.get_mesh();
+    box.edges()[0].set_drawn(false);
+    box.determine_visible_edges(near, orthographic, 65.0);
+    EXPECT_EQ(drawn_edges(box), 23);
+}
+
+TEST(FlatListsAgainstLists, HalfEdgesAndSharpMarks) {
+    for (std::uint32_t seed = 1; seed <= 300; ++seed) {
+        indexedfaceset fast, slow;
+        random_mesh(fast, seed);
+        random_mesh(slow, seed);
+        fast.construct_halfedge_data();
+        reference::construct_halfedge_data(slow);
+        fast.determine_sharp_edges(30.0);
+        slow.determine_sharp_edges(30.0);
+        ASSERT_EQ(fast.num_edges(), slow.num_edges());
+        for (std::uint32_t e = 0; e < fast.num_edges(); ++e) {
+            const halfedge &a = fast.get_edge(e), &b = slow.get_edge(e);
+            ASSERT_EQ(index_of(a.m_twinedge, fast), index_of(b.m_twinedge, slow)) << seed << e;
+            ASSERT_EQ(index_of(a.next, fast), index_of(b.next, slow));
+            ASSERT_EQ(index_of(a.prev, fast), index_of(b.prev, slow));
+            ASSERT_EQ(a.face - fast.faces().data(), b.face - slow.faces().data());
+            ASSERT_EQ(a.vertex, b.vertex);
+            ASSERT_EQ(a.flags, b.flags) << "seed " << seed << ", half-edge " << e;
+        }
+    }
+}
+
+TEST(FlatListsAgainstLists, SmoothedNormalsAndFrames) {
+    for (std::uint32_t seed = 1; seed <= 300; ++seed) {
+        indexedfaceset fs;
+        random_mesh(fs, seed);
+        fs.construct_halfedge_data();
+        for (double angle : {10.0, 45.0, 80.0, 135.0, 180.0}) {
+            SCOPED_TRACE(testing::Message() << "seed " << seed << ", angle " << angle);
+            expect_smoothing_as_the_oracle(fs, angle);
+        }
+        if (seed > 40) continue;
+        // The normals around a vertex are read through the half-edges' face pointers.
+        std::mt19937 rng(seed);
+        for (halfedge& e : fs.edges())
+            if (rng() % 3 == 0) e.face = &fs.faces()[rng() % fs.num_faces()];
+        SCOPED_TRACE(testing::Message() << "seed " << seed << ", moved face pointers");
+        expect_smoothing_as_the_oracle(fs, 60.0);
+    }
+}
+
+// Fans of 15 to 18 and 60 faces around vertex 0, long enough for the hashed search of distinct
+// normals, with normals from a pool where +0 and −0 components must count as equal and a NaN
+// as equal to nothing, and frames that are not finite.
+TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
+    const double nan = std::nan("");
+    const vector3d pool[] = {{0, 1, 0},        {-0.0, 1, -0.0}, {0, 1, -0.0},  {0.6, 0.8, 0},
+                             {-0.0, 0.8, 0.6}, {nan, 1, 0},     {0.8, 0.6, 0}, {0, 0.6, -0.8}};
+    std::mt19937 rng(7);
+    for (std::uint32_t n : {15u, 16u, 17u, 18u, 60u}) {
+        std::vector<vector3d> v(n + 2);
+        std::vector<face> faces;
+        for (std::uint32_t j = 0; j <= n; ++j)
+            v[j + 1] = vector3d(std::cos(0.1 * j), 0.01 * (j % 3), std::sin(0.1 * j));
+        for (std::uint32_t j = 0; j < n; ++j) faces.emplace_back(0, j + 2, j + 1);
+        for (face& f : faces) f.style = 0;
+        indexedfaceset fs;
+        set_mesh(fs, v, faces);
+        fs.styles().resize(1);
+        fs.gen_texcoords_box();
+        fs.compute_tangent_space();
+        for (face& f : fs.faces()) f.normal = pool[rng() % 8];
+        fs.faces()[3].tangent = vector3d(HUGE_VAL, 0, 0);
+        fs.faces()[5].bitangent = vector3d(0, nan, 1);
+        for (double angle : {10.0, 45.0, 135.0}) {
+            SCOPED_TRACE(testing::Message() << "fan " << n << ", angle " << angle);
+            expect_smoothing_as_the_oracle(fs, angle);
+        }
+    }
+}
+
+TEST(Smoothing, CylinderSidesBlendWithinTheAngleCapsStayFlat) {
+    constexpr std::uint32_t n = 16;  // 22.5 degrees per segment
+    const auto degrees_from_segment = [](const vector3d& v, std::uint32_t s) {
+        const double a = (s + 0.5) * 2.0 * geometry::pi / n;
+        return std::acos(std::fmin(1.0, dot(v, vector3d(std::sin(a), 0.0, std::cos(a))))) * 180.0 /
+               geometry::pi;
+    };
+    for (double angle : {30.0, 10.0}) {
+        primitives::cylinder c(2.0, 1.0, n);
+        c.set_smoothing_threshold_angle(angle);
+        const indexedfaceset& fs = c.get_mesh();
+        for (std::uint32_t i = 3 * n; i < 9 * n; ++i) {  // the sides' corners
+            const vector3d& normal = fs.get_normal(i);
+            const std::uint32_t ring = (fs.get_face(i / 3).vertex[i % 3] - 2) % n;
+            if (angle == 10.0) {
+                EXPECT_NEAR(degrees_from_segment(normal, (i / 3 - n) / 2), 0.0, 1e-6);
+                continue;
+            }
+            EXPECT_EQ(normal.y, 0.0);
+            EXPECT_NEAR(degrees_from_segment(normal, (ring + n - 1) % n), 11.25, 1e-9) << i;
+            EXPECT_NEAR(degrees_from_segment(normal, ring), 11.25, 1e-9) << i;
+            EXPECT_NEAR(dot(fs.get_tangent(i), normal), 0.0, 1e-12);
+            EXPECT_NEAR(dot(fs.get_bitangent(i), normal), 0.0, 1e-12);
+        }
+        for (std::uint32_t i = 0; i < 3 * n; ++i) {
+            EXPECT_EQ(fs.get_normal(i), vector3d(0, 1, 0));  // top cap
+            EXPECT_EQ(fs.get_normal(9 * n + i), vector3d(0, -1, 0));
+            EXPECT_EQ(fs.get_tangent(i), fs.get_face(i / 3).tangent);
+        }
+    }
+}
+
+TEST(Smoothing, EqualNormalsCountOnceFramesTurnFromATenthOfADegree) {
+    // Tilt atan(0.5) = 26.6 degrees, within 30: vertex 0 averages exactly the two distinct
+    // normals, however many flat triangles surround it.
+    indexedfaceset fs;
+    tilted_fan(fs, 1.0);
+    const vector3d flat = fs.get_face(0).normal;
+    vector3d tilted = fs.get_face(3).normal, mean = flat + tilted;
+    ASSERT_EQ(flat, vector3d(0, 0, 1));
+    fs.smooth_mesh(30.0);
+    mean.normalize();
+    for (std::uint32_t f = 0; f < 4; ++f) EXPECT_EQ(fs.get_normal(3 * f), mean) << f;
+    EXPECT_EQ(fs.get_normal(2), flat);  // vertex 2 touches only flat faces
+    EXPECT_EQ(fs.get_tangent(2), fs.get_face(0).tangent);
+    EXPECT_NE(fs.get_tangent(0), fs.get_face(0).tangent);
+    EXPECT_NEAR(dot(fs.get_tangent(0), mean), 0.0, 1e-12);
+    EXPECT_NEAR(dot(fs.get_bitangent(0), mean), 0.0, 1e-12);
+    fs.smooth_mesh(20.0);  // below the tilt the faces stay apart
+    EXPECT_EQ(fs.get_normal(0), flat);
+    tilted.normalize();  // a lone normal is normalised once more
+    EXPECT_EQ(fs.get_normal(9), tilted);
+
+    tilted_fan(fs, 0.005);  // tilt 0.143 degrees: the mean turns by 0.072, the frame stays
+    fs.smooth_mesh(30.0);
+    EXPECT_NE(fs.get_normal(0), fs.get_face(0).normal);
+    EXPECT_EQ(fs.get_tangent(0), fs.get_face(0).tangent);
+    EXPECT_EQ(fs.get_bitangent(0), fs.get_face(0).bitangent);
+    tilted_fan(fs, 0.02);  // tilt 0.573 degrees: the mean turns by 0.286, so does the frame
+    fs.smooth_mesh(30.0);
+    EXPECT_NE(fs.get_tangent(0), fs.get_face(0).tangent);
+    EXPECT_NEAR(dot(fs.get_tangent(0), fs.get_normal(0)), 0.0, 1e-12);
+
+    fs.faces()[2].texcoord[1] = 99;  // needs texture coordinates and half-edges
+    EXPECT_DEATH(fs.smooth_mesh(30.0), "index < m_size");
+    tilted_fan(fs, 1.0);
+    fs.edges().resize(0);
+    EXPECT_DEATH(fs.smooth_mesh(30.0), "index < m_size");
+}

@@ -1,0 +1,73 @@
+// Face sets and checks shared by the ifs tests.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <exception>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "facet/ifs.h"
+#include "facet/primitives.h"
+#include "support/solid_checks.h"
+
+namespace ifs_test {
+
+using facet_test::is_closed;
+using facet_test::is_outward_solid;
+using facet_test::volume;
+
+// The vertices and faces as given (none: one per three vertices), with flat normals and
+// half-edges.
+inline void set_mesh(indexedfaceset& fs, std::vector<vector3d> vertices,
+                     std::vector<face> faces = {}) {
+    fs.vertices().resize(static_cast<std::uint32_t>(vertices.size()));
+    for (std::uint32_t i = 0; i < vertices.size(); ++i) fs.vertices()[i] = vertices[i];
+    for (std::uint32_t i = 0, none = faces.empty(); none && i + 2 < vertices.size(); i += 3)
+        faces.emplace_back(i, i + 1, i + 2);
+    fs.faces().resize(static_cast<std::uint32_t>(faces.size()));
+    for (std::uint32_t i = 0; i < faces.size(); ++i) fs.faces()[i] = faces[i];
+    fs.compute_normals();
+    fs.construct_halfedge_data();
+}
+
+inline int drawn_edges(const indexedfaceset& fs) {
+    int n = 0;
+    for (std::uint32_t e = 0; e < fs.num_edges(); ++e) n += fs.get_edge(e).drawn();
+    return n;
+}
+
+// Faces first .. first + count − 1 as "a b c|a b c|...".
+inline std::string faces_of(const indexedfaceset& fs, std::uint32_t first = 0,
+                            std::uint32_t count = ~0u) {
+    std::ostringstream s;
+    for (std::uint32_t i = first; i < fs.num_faces() && i - first < count; ++i)
+        s << (i > first ? "|" : "") << fs.get_face(i).vertex[0] << " " << fs.get_face(i).vertex[1]
+          << " " << fs.get_face(i).vertex[2];
+    return s.str();
+}
+
+// The texture coordinates of the corners of faces first .. first + count − 1, as "u v|u v|...".
+inline std::string coords_of(const indexedfaceset& fs, std::uint32_t first = 0,
+                             std::uint32_t count = ~0u) {
+    std::ostringstream s;
+    for (std::uint32_t c = 3 * first; c / 3 < fs.num_faces() && c / 3 - first < count; ++c) {
+        const texcoord& t = fs.get_texcoord(fs.get_face(c / 3).texcoord[c % 3]);
+        s << (c > 3 * first ? "|" : "") << t.u << " " << t.v;
+    }
+    return s.str();
+}
+
+// The message of the exception the object's build throws (the object stays dirty), or the
+// number of faces built.
+inline std::string build_error(const primitives::basic_object& o) {
+    try {
+        return "built " + std::to_string(o.get_mesh().num_faces()) + " faces";
+    } catch (const std::exception& e) {
+        EXPECT_TRUE(o.is_dirty());
+        return e.what();
+    }
+}
+
+}  // namespace ifs_test
