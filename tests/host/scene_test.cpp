@@ -50,6 +50,7 @@ TEST(Scene, OwnsLinksAndUnlinks) {
     EXPECT_EQ(s[1].get_parent(), nullptr);
     EXPECT_EQ(s.index_of(*taken), -1);
     EXPECT_EQ(s.index_of(s[1]), 1);
+    EXPECT_DEATH(s[2], "i < m_objects.size\\(\\)");
 
     // Moved, the scene keeps its objects.
     facet::scene moved = std::move(s);
