@@ -110,7 +110,7 @@ TEST(SceneFile, ErrorsNameTheLineAndTheObject) {
         {head + "  width 1\r\n  x 2\r\n", "scene.txt:11: box 'lid': expected 'height', found 'x'"},
         {head + "  width 1\r\n  height x\r\n",
          "scene.txt:11: box 'lid': expected 'depth', found 'x'"},
-        {head + "  width 1\r\n\r\n \n",  // the last line that holds something
+        {head + "  width 1\r\n\t\v\f \r\n\n",  // the last line that holds something
          "scene.txt:10: box 'lid': expected 'height', found the end of the file"},
         {"beginscene\r\nprimitive teapot\r\n",
          "scene.txt:2: expected a scene object type, found 'teapot'"},
