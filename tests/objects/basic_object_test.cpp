@@ -310,16 +310,6 @@ TEST(BasicObject, MeshIsRebuiltOnlyWhenDirtyAndCarriesTheTextureSettings) {
     EXPECT_EQ(o.builds, 5);
 }
 
-TEST(BasicObject, AcceptVisitsTheBaseOperationThenMarksDirty) {
-    triangle_object o;  // a type without an operation of its own
-    make_clean(o);
-    recording_visitor v;
-    o.accept(v);
-    EXPECT_EQ(v.last, "basic_object");
-    EXPECT_FALSE(v.dirty_during);
-    EXPECT_TRUE(o.is_dirty());
-}
-
 TEST(Transformation, ParentTimesTranslationTimesRotationBitExact) {
     basic_object root, middle, leaf;
     root.set_position(vector3d(0.3, -1.7, 2.9));
