@@ -55,11 +55,7 @@ TEST(ExtrudedPolygonMesh, SquareTable) {
     e.set_points(unit_square_xz);
     e.set_extrusion(vector3d(0, 2, 0));
     const indexedfaceset& fs = e.get_mesh();
-    ASSERT_EQ(fs.num_vertices(), 8u);
-    for (std::uint32_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(fs.get_vertex(i), unit_square_xz[i]);
-        EXPECT_EQ(fs.get_vertex(4 + i), unit_square_xz[i] + vector3d(0, 2, 0));
-    }
+    EXPECT_EQ(vertices_of(fs), "0 0 0|1 0 0|1 0 1|0 0 1|0 2 0|1 2 0|1 2 1|0 2 1");
     // Caps first (the near one keeps the outline's winding, whose normal is -y), then sides.
     EXPECT_EQ(faces_of(fs, 0, 5), "3 0 1|1 2 3|7 5 4|5 7 6|1 0 4");
     for (std::uint32_t f = 0; f < 4; ++f)
@@ -200,10 +196,9 @@ TEST(PathExtrusionMesh, FramesAlongThePath) {
     path_extrusion box;  // along +z the profile shows as given; the twelve edges are drawn
     box.set_profile(centred_square);
     box.set_path({vector3d(0, 0, 0), vector3d(0, 0, 2)});
-    for (std::uint32_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(box.get_mesh().get_vertex(i), centred_square[i]);
-        EXPECT_EQ(box.get_mesh().get_vertex(4 + i), centred_square[i] + vector3d(0, 0, 2));
-    }
+    EXPECT_EQ(
+        vertices_of(box.get_mesh()),
+        "-0.5 -0.5 0|0.5 -0.5 0|0.5 0.5 0|-0.5 0.5 0|-0.5 -0.5 2|0.5 -0.5 2|0.5 0.5 2|-0.5 0.5 2");
     EXPECT_EQ(drawn_edges(box.get_mesh()), 24);
 }
 

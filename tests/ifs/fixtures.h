@@ -38,13 +38,28 @@ inline int drawn_edges(const indexedfaceset& fs) {
     return n;
 }
 
-// Faces first .. first + count − 1 as "a b c|a b c|...".
+// Vertices, faces (their vertex indices) or line records first .. first + count − 1 as
+// "a b c|a b c|...".
+inline std::string vertices_of(const indexedfaceset& fs, std::uint32_t first = 0,
+                               std::uint32_t count = ~0u) {
+    std::ostringstream s;
+    for (std::uint32_t i = first; i < fs.num_vertices() && i - first < count; ++i)
+        s << (i > first ? "|" : "") << fs.get_vertex(i).x << " " << fs.get_vertex(i).y << " "
+          << fs.get_vertex(i).z;
+    return s.str();
+}
 inline std::string faces_of(const indexedfaceset& fs, std::uint32_t first = 0,
                             std::uint32_t count = ~0u) {
     std::ostringstream s;
     for (std::uint32_t i = first; i < fs.num_faces() && i - first < count; ++i)
         s << (i > first ? "|" : "") << fs.get_face(i).vertex[0] << " " << fs.get_face(i).vertex[1]
           << " " << fs.get_face(i).vertex[2];
+    return s.str();
+}
+inline std::string lines_of(const indexedfaceset& fs) {
+    std::ostringstream s;
+    for (std::uint32_t i = 0; i < fs.num_lines(); ++i)
+        s << (i > 0 ? "|" : "") << fs.get_line(i).start << " " << fs.get_line(i).end;
     return s.str();
 }
 
