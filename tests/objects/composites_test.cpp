@@ -100,7 +100,6 @@ TEST(MeshMap, OwnsRegistersReplacesAndRemoves) {
     map.clear();
     EXPECT_TRUE(map.empty());
     map.add_mesh(named_triangle("left for the destructor"));
-    EXPECT_EQ(&graphics::get_global_mesh_map(), &graphics::get_global_mesh_map());
 }
 
 TEST(CustomObject, ShowsTheRegisteredStylesUntilOverridden) {
@@ -134,7 +133,6 @@ TEST(CustomObject, ShowsTheRegisteredStylesUntilOverridden) {
 
 TEST(CustomObject, InlineMeshDirtyMarkingAndCopies) {
     primitives::custom c;
-    EXPECT_EQ(c.get_mesh_id(), "");
     EXPECT_EQ(c.get_source_mesh(), &c.get_inline_mesh());
     EXPECT_TRUE(dirties(c, [&] { c.set_mesh_id("x"); }));
     EXPECT_TRUE(dirties(c, [&] { c.set_mesh_id(""); }));
