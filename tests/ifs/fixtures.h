@@ -38,40 +38,39 @@ inline int drawn_edges(const indexedfaceset& fs) {
     return n;
 }
 
-// Vertices, faces (their vertex indices) or line records first .. first + count − 1 as
-// "a b c|a b c|...".
+// Records first .. first + count − 1 of n, each written by put(stream, i), as "a b|a b|...".
+template <class Put>
+std::string join(std::uint32_t n, std::uint32_t first, std::uint32_t count, Put put) {
+    std::ostringstream s;
+    for (std::uint32_t i = first; i < n && i - first < count; ++i)
+        put(s << (i > first ? "|" : ""), i);
+    return s.str();
+}
 inline std::string vertices_of(const indexedfaceset& fs, std::uint32_t first = 0,
                                std::uint32_t count = ~0u) {
-    std::ostringstream s;
-    for (std::uint32_t i = first; i < fs.num_vertices() && i - first < count; ++i)
-        s << (i > first ? "|" : "") << fs.get_vertex(i).x << " " << fs.get_vertex(i).y << " "
-          << fs.get_vertex(i).z;
-    return s.str();
+    return join(fs.num_vertices(), first, count, [&](std::ostream& s, std::uint32_t i) {
+        s << fs.get_vertex(i).x << " " << fs.get_vertex(i).y << " " << fs.get_vertex(i).z;
+    });
 }
 inline std::string faces_of(const indexedfaceset& fs, std::uint32_t first = 0,
                             std::uint32_t count = ~0u) {
-    std::ostringstream s;
-    for (std::uint32_t i = first; i < fs.num_faces() && i - first < count; ++i)
-        s << (i > first ? "|" : "") << fs.get_face(i).vertex[0] << " " << fs.get_face(i).vertex[1]
-          << " " << fs.get_face(i).vertex[2];
-    return s.str();
+    return join(fs.num_faces(), first, count, [&](std::ostream& s, std::uint32_t i) {
+        s << fs.get_face(i).vertex[0] << " " << fs.get_face(i).vertex[1] << " "
+          << fs.get_face(i).vertex[2];
+    });
 }
 inline std::string lines_of(const indexedfaceset& fs) {
-    std::ostringstream s;
-    for (std::uint32_t i = 0; i < fs.num_lines(); ++i)
-        s << (i > 0 ? "|" : "") << fs.get_line(i).start << " " << fs.get_line(i).end;
-    return s.str();
+    return join(fs.num_lines(), 0, ~0u, [&](std::ostream& s, std::uint32_t i) {
+        s << fs.get_line(i).start << " " << fs.get_line(i).end;
+    });
 }
-
-// The texture coordinates of the corners of faces first .. first + count − 1, as "u v|u v|...".
+// The texture coordinates of the corners of faces first .. first + count − 1.
 inline std::string coords_of(const indexedfaceset& fs, std::uint32_t first = 0,
                              std::uint32_t count = ~0u) {
-    std::ostringstream s;
-    for (std::uint32_t c = 3 * first; c / 3 < fs.num_faces() && c / 3 - first < count; ++c) {
+    return join(3 * fs.num_faces(), 3 * first, 3 * count, [&](std::ostream& s, std::uint32_t c) {
         const texcoord& t = fs.get_texcoord(fs.get_face(c / 3).texcoord[c % 3]);
-        s << (c > 3 * first ? "|" : "") << t.u << " " << t.v;
-    }
-    return s.str();
+        s << t.u << " " << t.v;
+    });
 }
 
 // The message of the exception the object's build throws (the object stays dirty), or the
