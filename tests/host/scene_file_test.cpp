@@ -21,19 +21,13 @@ std::string text_of(const facet::scene& s) {
     return os.str();
 }
 
-// One object of each type, dressed with reals that six digits would not carry and material
-// references with spaces, all but the first hanging in a hierarchy.
+// One object of each type, with material references holding spaces, all but the first hanging in
+// a hierarchy.
 facet::scene every_type() {
     std::vector<std::unique_ptr<basic_object>> all = one_of_each();
     for (std::size_t k = 0; k < all.size(); ++k) {
         basic_object& o = *all[k];
-        o.set_name(o.class_id() + "_" + std::to_string(k));
-        o.set_owner_id("owner" + std::to_string(k));
         o.set_material_ref_id(k % 2 ? "steel plate #" + std::to_string(k) : "");
-        o.set_position(vector3d{1.0 / 3 + k, -0.1 * k, 1e-300});
-        o.set_orientation(vector3d{0.6, 0.8, -1.0 / 7}, 33.333333333333336 + k);
-        o.set_brush(graphics::brush(graphics::color(10 + k, 20, 30, 200), 1));
-        o.set_pen(graphics::pen(graphics::color(1, 2, 3 + k, 4), 3, 2));
         if (k > 0) o.set_parent(all[k % 3 ? 0 : k - 1].get());
     }
     return facet::scene::adopt(std::move(all));

@@ -81,7 +81,7 @@ T& add_to(std::vector<std::unique_ptr<primitives::basic_object>>& all, Args&&...
 }
 
 // One object of each of the seventeen scene types, in the order the reader registers them, with
-// parameters other than the defaults (reals that six digits would not carry).
+// common fields and parameters other than the defaults (reals that six digits would not carry).
 inline std::vector<std::unique_ptr<primitives::basic_object>> one_of_each() {
     using namespace primitives;
     std::vector<std::unique_ptr<basic_object>> all;
@@ -113,5 +113,14 @@ inline std::vector<std::unique_ptr<primitives::basic_object>> one_of_each() {
     b.set_width(2.5);
     b.set_height(1.5);
     add_to<light>(all);
+    for (std::size_t k = 0; k < all.size(); ++k) {
+        basic_object& o = *all[k];
+        o.set_name(o.class_id() + "_" + std::to_string(k));
+        o.set_owner_id("owner" + std::to_string(k));
+        o.set_position(vector3d{1.0 / 3 + k, -0.1 * k, 1e-300});
+        o.set_orientation(vector3d{0.6, 0.8, -1.0 / 7}, 33.333333333333336 + k);
+        o.set_brush(graphics::brush(graphics::color(10 + k, 20, 30, 200), 1));
+        o.set_pen(graphics::pen(graphics::color(1, 2, 3 + k, 4), 3, 2));
+    }
     return all;
 }

@@ -53,10 +53,12 @@ TEST(Primitives, EveryTypeShadowsVisitorAndClone) {
         EXPECT_FALSE(v.dirty_during);
         EXPECT_EQ(o->is_dirty(), id != "billboard");
 
-        // Clones keep the type and every written parameter, and the shadow setting.
+        // Clones keep the type, every written field but the owner, and the shadow setting.
         o->set_name(id + "_named");
         const std::unique_ptr<basic_object> copy(static_cast<const basic_object&>(*o).clone());
         EXPECT_EQ(copy->class_id(), id);
+        EXPECT_EQ(copy->get_owner_id(), "_null_");  // the one field a copy does not take
+        copy->set_owner_id(o->get_owner_id());
         EXPECT_EQ(block_text(*copy), block_text(*o));
         EXPECT_EQ(copy->ignore_for_shadows(), o->ignore_for_shadows());
     }
