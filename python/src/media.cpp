@@ -263,7 +263,8 @@ void bind_textures(py::module_& m) {
 
     m.def(
         "set_texture_manager",
-        [m](const std::shared_ptr<memory_textures>& store) mutable {
+        [m](const std::optional<std::shared_ptr<memory_textures>>& given) mutable {
+            const std::shared_ptr<memory_textures> store = given ? *given : nullptr;
             // The module keeps the store alive while it is registered.
             m.attr("_texture_manager") = store ? py::cast(store) : py::none();
             graphics::set_global_texture_manager(store.get());

@@ -65,9 +65,9 @@ PYBIND11_MODULE(_facet, m) {
     bind_appearance(m);
     bind_objects(m);
     bind_primitives(m);
+    bind_view(m);
     bind_face_set(m);
     bind_scene(m);
-    bind_view(m);
     bind_plane(m);
     bind_media(m);
     bind_render(m);

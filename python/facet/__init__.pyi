@@ -1,0 +1,3 @@
+from ._facet import *
+
+__version__: str
