@@ -26,6 +26,8 @@ void bind_exceptions(py::module_& m) {
     py::register_exception_translator([](std::exception_ptr p) {
         try {
             if (p) std::rethrow_exception(p);
+        } catch (const py::builtin_exception&) {
+            throw;  // ValueError, KeyError, ... raised by the bindings themselves
         } catch (const format_exception& e) {
             format_error(e.what());
         } catch (const facet::scene_error& e) {
