@@ -206,12 +206,13 @@ void bind_face_set(py::module_& m) {
             "(min, max) corners of the vertices' box.")
         .def(
             "intersect",
-            [](const face_set& f, const vector3d& origin, const vector3d& direction) -> py::object {
+            [](const face_set& f, const vector3d& origin,
+               const vector3d& direction) -> std::optional<std::pair<double, std::uint32_t>> {
                 check_indices(*f.mesh);
                 double t = 0.0;
                 std::uint32_t face_index = 0;
-                if (!f.mesh->intersection(origin, direction, t, face_index)) return py::none();
-                return py::make_tuple(t, face_index);
+                if (!f.mesh->intersection(origin, direction, t, face_index)) return std::nullopt;
+                return std::make_pair(t, face_index);
             },
             py::arg("origin"), py::arg("direction"),
             "(t, face) of the nearest hit of the ray origin + t * direction, or None.")

@@ -120,10 +120,10 @@ void bind_custom_mesh(py::module_& m) {
     m.def("registered_meshes", [] { return graphics::get_global_mesh_map().get_names(); });
     m.def(
         "registered_mesh",
-        [](const std::string& name) -> py::object {
+        [](const std::string& name) -> std::optional<custom_mesh> {
             const custom_mesh* cm = graphics::get_global_mesh_map().find_mesh(name);
-            if (cm == nullptr) return py::none();
-            return py::cast(custom_mesh(*cm));
+            if (cm == nullptr) return std::nullopt;
+            return *cm;
         },
         py::arg("name"), "A copy of the mesh registered under `name`, or None.");
 }

@@ -37,8 +37,6 @@ struct py_scene {
     }
 };
 
-py::object handle_of(basic_object* o) { return py::cast(scene_handle(o)); }
-
 basic_object& add(py_scene& self, basic_object& o, basic_object* parent) {
     if (scene_owned(&o)) value_error("object '" + o.get_name() + "' already belongs to a scene");
     if (parent != nullptr && !self.contains(*parent))
@@ -96,17 +94,17 @@ void bind_scene(py::module_& m) {
         .def("__len__", [](const py_scene& self) { return self.s.size(); })
         .def(
             "__getitem__",
-            [](const py_scene& self, py::object key) -> py::object {
+            [](const py_scene& self, const py::object& key) {
                 if (py::isinstance<py::str>(key)) {
                     basic_object* o = self.s.find(key.cast<std::string>());
                     if (o == nullptr) throw py::key_error(key.cast<std::string>());
-                    return handle_of(o);
+                    return scene_handle(o);
                 }
                 auto i = key.cast<std::ptrdiff_t>();
                 const auto n = static_cast<std::ptrdiff_t>(self.s.size());
                 if (i < 0) i += n;
                 if (i < 0 || i >= n) throw py::index_error("scene index out of range");
-                return handle_of(&self.s[static_cast<std::size_t>(i)]);
+                return scene_handle(&self.s[static_cast<std::size_t>(i)]);
             },
             py::arg("key"), py::keep_alive<0, 1>(),
             "The object at a position (int) or the first one of a name (str).")
@@ -162,11 +160,11 @@ void bind_scene(py::module_& m) {
             "The (min, max) world box of every object's mesh; min above max when empty.")
         .def(
             "bounds",
-            [](const py_scene& self) -> py::object {
+            [](const py_scene& self) -> std::optional<std::pair<vector3d, vector3d>> {
                 for (basic_object& o : self.s) check_mesh_buildable(o);
                 const facet::world_box b = self.s.bounds();
-                if (b.empty()) return py::none();
-                return py::make_tuple(b.min, b.max);
+                if (b.empty()) return std::nullopt;
+                return std::make_pair(b.min, b.max);
             },
             "The (min, max) world box of all meshes, or None when no mesh has vertices.")
         .def("__repr__", &scene_repr);

@@ -1,6 +1,7 @@
 """Plane geometry on arrays, cameras and projectors, project and unproject."""
 
 import numpy as np
+import numpy.typing as npt
 import pytest
 
 import facet
@@ -8,14 +9,17 @@ import facet
 L_SHAPE = np.array([[0, 0], [3, 0], [3, 1], [1, 1], [1, 3], [0, 3]], dtype=np.float64)
 
 
-def triangle_areas(points: np.ndarray, tris: np.ndarray) -> np.ndarray:  # type: ignore[type-arg]
-    p = points[tris.astype(np.int64)]
+def triangle_areas(points: npt.NDArray[np.float64],
+                   tris: npt.NDArray[np.uint32]) -> npt.NDArray[np.float64]:
+    p: npt.NDArray[np.float64] = points[tris.astype(np.int64)]
     a, b = p[:, 1] - p[:, 0], p[:, 2] - p[:, 0]
-    return 0.5 * (a[:, 0] * b[:, 1] - a[:, 1] * b[:, 0])
+    areas: npt.NDArray[np.float64] = 0.5 * (a[:, 0] * b[:, 1] - a[:, 1] * b[:, 0])
+    return areas
 
 
 @pytest.mark.parametrize("outline", [L_SHAPE, L_SHAPE[::-1].copy()])
-def test_triangulation_covers_the_outline_keeping_its_winding(outline: np.ndarray) -> None:  # type: ignore[type-arg]
+def test_triangulation_covers_the_outline_keeping_its_winding(
+        outline: npt.NDArray[np.float64]) -> None:
     tris = facet.triangulate(outline)
     assert tris.shape == (4, 3) and tris.dtype == np.uint32
     areas = triangle_areas(outline, tris)
