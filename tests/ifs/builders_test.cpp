@@ -303,10 +303,6 @@ TEST(LineMeshes, LineRecordsExchangedInLeavingNormalsAndFlagsBehind) {
         EXPECT_TRUE(target.edges_only() && target.is_marked());
         EXPECT_EQ(target.get_texture_scale(), line ? vector2d(2.0, 3.0) : vector2d(1.0, 1.0));
     }
-    indexedfaceset two_styles;  // the settings of a target with two styles are left alone
-    two_styles.styles().resize(2);
-    two_styles.create_mesh(l);
-    EXPECT_FALSE(two_styles.get_textured());
 }
 
 TEST(FaceLimit, EveryBuilderSizedByCountsChecksBeforeBuilding) {

@@ -75,56 +75,39 @@ TEST(ExtrudedPolygonMesh, AnyPlaneWindingAndDirectionGiveOutwardSolids) {
         return v;
     };
     const vector3d one(1, 1, 1);
-    const struct {
-        std::vector<vector3d> points;
-        vector3d extrusion, scaling;
-        double volume;
-        const char* caps;  // the first four faces
-    } cases[] = {
-        {unit_square_xz, {0, -2, 0}, one, 2.0, "3 1 0|1 3 2|7 4 5|5 6 7"},
-        {clockwise, {0, 2, 0}, one, 2.0, "2 0 3|0 2 1|6 7 4|4 5 6"},
-        {clockwise, {0, -2, 0}, one, 2.0, "2 3 0|0 1 2|6 4 7|4 6 5"},
-        {to_plane(unit_square_xz, 0), {3, 0, 0}, one, 3.0, "2 0 3|0 2 1|6 7 4|4 5 6"},
-        {to_plane(clockwise, 2), {0, 0, 3}, one, 3.0, "2 3 0|0 1 2|6 4 7|4 6 5"},
-        {unit_square_xz, {1, 1, 0.5}, one, 1.0, nullptr},  // oblique: base times height
-        // Far square halved about the origin: h/3 (A1 + A2 + sqrt(A1 A2)).
-        {{{-1, 0, -1}, {1, 0, -1}, {1, 0, 1}, {-1, 0, 1}},
-         {0, 1, 0},
-         {0.5, 1, 0.5},
-         7.0 / 3.0,
-         nullptr},
-        // Normals (-1, 0, 1) and (1, 1, 0) tie two axes: the first of them is projected away.
-        {{{0, 0, 0}, {1, 0, 1}, {1, 1, 1}, {0, 1, 0}},
-         {0, 0, 1},
-         one,
-         1.0,
-         "3 1 0|1 3 2|7 4 5|5 6 7"},
-        {{{0, 0, 0}, {1, -1, 0}, {1, -1, 1}, {0, 0, 1}},
-         {1, 0, 0},
-         one,
-         1.0,
-         "3 0 1|1 2 3|7 5 4|5 7 6"},
-        // Repeated and straight points are dropped so that the sides meet the caps.
-        {{{0, 0, 0}, {0.5, 0, 0}, {1, 0, 0}, {1, 0, 0}, {1, 0, 1}, {0, 0, 1}, {0, 0, 0}},
-         {0, 1, 0},
-         one,
-         1.0,
-         nullptr},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.points[1].x << c.points[1].y << c.points[1].z);
+    const auto expect_solid = [](const std::vector<vector3d>& points, const vector3d& extrusion,
+                                 const vector3d& scaling, double v, const char* caps) {
         extruded_polygon e;
-        e.set_points(c.points);
-        e.set_extrusion(c.extrusion);
-        e.set_extrusion_scaling(c.scaling);
+        e.set_points(points);
+        e.set_extrusion(extrusion);
+        e.set_extrusion_scaling(scaling);
         const indexedfaceset& fs = e.get_mesh();
-        EXPECT_EQ(fs.num_vertices(), 8u);
-        EXPECT_EQ(fs.num_faces(), 12u);
+        EXPECT_EQ(fs.num_vertices() + fs.num_faces(), 8u + 12u);
         EXPECT_TRUE(is_outward_solid(fs));
-        EXPECT_NEAR(volume(fs), c.volume, 1e-14);
-        EXPECT_TRUE(c.caps == nullptr || faces_of(fs, 0, 4) == c.caps) << faces_of(fs, 0, 4);
-        EXPECT_TRUE(c.scaling.x == 1 || fs.get_vertex(6) == vector3d(0.5, 1, 0.5));
-    }
+        EXPECT_NEAR(volume(fs), v, 1e-14);
+        EXPECT_TRUE(caps == nullptr || faces_of(fs, 0, 4) == caps) << faces_of(fs, 0, 4);
+        EXPECT_TRUE(scaling.x == 1 || fs.get_vertex(6) == vector3d(0.5, 1, 0.5));
+    };
+    expect_solid(unit_square_xz, {0, -2, 0}, one, 2.0, "3 1 0|1 3 2|7 4 5|5 6 7");
+    expect_solid(clockwise, {0, 2, 0}, one, 2.0, "2 0 3|0 2 1|6 7 4|4 5 6");
+    expect_solid(clockwise, {0, -2, 0}, one, 2.0, "2 3 0|0 1 2|6 4 7|4 6 5");
+    expect_solid(to_plane(unit_square_xz, 0), {3, 0, 0}, one, 3.0, "2 0 3|0 2 1|6 7 4|4 5 6");
+    expect_solid(to_plane(clockwise, 2), {0, 0, 3}, one, 3.0, "2 3 0|0 1 2|6 4 7|4 6 5");
+    expect_solid(unit_square_xz, {1, 1, 0.5}, one, 1.0, nullptr);  // oblique: base times height
+    // Far square halved about the origin: h/3 (A1 + A2 + sqrt(A1 A2)).
+    expect_solid({{-1, 0, -1}, {1, 0, -1}, {1, 0, 1}, {-1, 0, 1}}, {0, 1, 0}, {0.5, 1, 0.5},
+                 7.0 / 3.0, nullptr);
+    // Normals (1, -1, 0), (1, 0, 1), (0, 1, 1) tie two axes: the first of them is projected
+    // away (the other projection would mirror the outline and cut it otherwise).
+    expect_solid({{0, 0, 0}, {1, 1, 0}, {1, 1, 1}, {0, 0, 1}}, {1, -1, 0}, one, 2.0,
+                 "2 0 3|0 2 1|6 7 4|4 5 6");
+    expect_solid({{0, 0, 0}, {1, 0, -1}, {1, 1, -1}, {0, 1, 0}}, {1, 0, 1}, one, 2.0,
+                 "2 0 3|0 2 1|6 7 4|4 5 6");
+    expect_solid({{0, 0, 0}, {1, 0, 0}, {1, 1, -1}, {0, 1, -1}}, {0, 1, 1}, one, 2.0,
+                 "2 0 3|0 2 1|6 7 4|4 5 6");
+    // Repeated and straight points are dropped so that the sides meet the caps.
+    expect_solid({{0, 0, 0}, {0.5, 0, 0}, {1, 0, 0}, {1, 0, 0}, {1, 0, 1}, {0, 0, 1}, {0, 0, 0}},
+                 {0, 1, 0}, one, 1.0, nullptr);
     extruded_polygon round;  // smooth sides, sharp caps
     round.set_points(regular_polygon(24, 1.0, true));
     round.set_extrusion(vector3d(0, 3, 0));

@@ -75,16 +75,16 @@ TEST(FaceSet, SwapAndStyles) {
 }
 
 TEST(FaceSet, NormalsTransformsBoundsAndRays) {
-    indexedfaceset fs;  // +z, −x, collinear
+    indexedfaceset fs;
     set_mesh(fs, {{0, 0, 0},
                   {2, 0, 0},
-                  {0, 3, 0},
+                  {0, 3, 0},  // +z
                   {0, 0, 0},
                   {0, 0, 1},
-                  {0, 1, 0},
+                  {0, 1, 0},  // −x
                   {1, 1, 1},
                   {2, 2, 2},
-                  {3, 3, 3}});
+                  {3, 3, 3}});  // collinear
     const vector3d expected[] = {{0, 0, 1}, {-1, 0, 0}, {0, 0, 0}};
     ASSERT_EQ(fs.normals().size(), 9u);
     for (std::uint32_t i = 0; i < 9; ++i) EXPECT_EQ(fs.get_normal(i), expected[i / 3]) << i;
