@@ -166,6 +166,7 @@ void bind_view(py::module_& m);
 void bind_plane(py::module_& m);
 void bind_media(py::module_& m);
 void bind_render(py::module_& m);
+void bind_timing(py::module_& m);
 
 }  // namespace facet_python
 

@@ -73,4 +73,5 @@ PYBIND11_MODULE(_facet, m) {
     bind_plane(m);
     bind_media(m);
     bind_render(m);
+    bind_timing(m);
 }
