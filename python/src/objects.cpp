@@ -35,7 +35,34 @@ void apply_common(basic_object& o, const py::kwargs& kwargs) {
     }
 }
 
+namespace {
+
+// Whether building the object's mesh makes faces (the builders then compute tangent frames,
+// which need the texture coordinates that only the box texture generation makes).
+bool makes_faces(const basic_object& o) {
+    if (dynamic_cast<const primitives::box*>(&o) || dynamic_cast<const primitives::cylinder*>(&o) ||
+        dynamic_cast<const primitives::cone*>(&o))
+        return true;
+    if (const auto* p = dynamic_cast<const primitives::polygon*>(&o)) return p->size() >= 3;
+    if (const auto* mm = dynamic_cast<const primitives::mesh*>(&o)) return mm->triangles_size() > 0;
+    if (const auto* e = dynamic_cast<const primitives::extruded_polygon*>(&o))
+        return e->size() >= 3;
+    if (const auto* pe = dynamic_cast<const primitives::path_extrusion*>(&o))
+        return pe->get_profile().size() >= 3 && pe->get_path().size() >= 2;
+    if (const auto* cu = dynamic_cast<const primitives::custom*>(&o)) {
+        const graphics::custom_mesh* source = cu->get_source_mesh();
+        return source != nullptr && source->num_faces() > 0;
+    }
+    return false;  // quads bring their own texture coordinates; lines and markers have no faces
+}
+
+}  // namespace
+
 void check_mesh_buildable(const basic_object& o) {
+    if (o.get_texgen_mode() != graphics::texgen_mode::box && makes_faces(o))
+        value_error(o.class_id() + " '" + o.get_name() +
+                    "': its faces need texture coordinates for their tangent frames, and only "
+                    "texgen_mode BOX makes them");
     if (const auto* c = dynamic_cast<const primitives::cylinder*>(&o)) {
         const double n = c->get_number_of_divisions();
         if (n < 1 || n > 1073741823.0)

@@ -159,3 +159,13 @@ def test_ray_intersection_and_bounds(box: facet.Box) -> None:
     assert hit is not None and hit[0] == 5.0
     assert mesh.intersect((10.0, 10.0, -5.0), (0.0, 0.0, 1.0)) is None
     assert mesh.bounds() == ((0.0, 0.0, 0.0), (2.0, 3.0, 4.0))
+
+
+@pytest.mark.parametrize("mode", [facet.TexgenMode.NONE, facet.TexgenMode.SPHERE_MAP])
+def test_objects_without_faces_or_with_their_own_texcoords_build_in_any_texgen_mode(
+        mode: facet.TexgenMode) -> None:
+    for obj in (facet.Quad(), facet.Polyline([[0, 0, 0], [1, 0, 0]]), facet.Polygon(),
+                facet.Mesh(), facet.Custom(), facet.Light()):
+        obj.texgen_mode = mode
+        assert obj.mesh().num_faces == (2 if isinstance(obj, facet.Quad) else 0)
+

@@ -18,6 +18,11 @@ def bad_cylinder() -> facet.Cylinder:
     return facet.Cylinder(1.0, 1.0, 0)
 
 
+def without_texcoords(obj: facet.SceneObject) -> facet.SceneObject:
+    obj.texgen_mode = facet.TexgenMode.NONE
+    return obj
+
+
 def scene_with(obj: facet.SceneObject) -> facet.Scene:
     s = facet.Scene()
     s.add(obj)
@@ -32,6 +37,14 @@ GUARDS: list[tuple[str, Callable[[], object], type[BaseException], str]] = [
      lambda: facet.Mesh(np.zeros((3, 3)), [[0, 1, 3]]).mesh(), ValueError, "beyond the 3"),
     ("custom inline mesh index beyond the vertices",
      lambda: custom_with_bad_inline_mesh().mesh(), ValueError, "beyond the 3"),
+    ("box without texture coordinates",
+     lambda: without_texcoords(facet.Box()).mesh(), ValueError, "texgen_mode BOX"),
+    ("free mesh without texture coordinates",
+     lambda: without_texcoords(facet.Mesh(np.eye(3), [[0, 1, 2]])).mesh(), ValueError,
+     "texgen_mode BOX"),
+    ("custom part without texture coordinates",
+     lambda: facet.Custom().add_primitive(without_texcoords(facet.Cone())), ValueError,
+     "texgen_mode BOX"),
     ("custom part that cannot be built",
      lambda: facet.Custom().add_primitive(bad_cylinder()), ValueError, "divisions"),
     ("custom style beyond the list", lambda: facet.Custom().style(0), IndexError, "style 0"),
