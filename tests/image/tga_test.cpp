@@ -1,7 +1,10 @@
 // Reading and writing TGA files, hostile headers included.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -35,10 +38,10 @@ namespace {
 
 using bytes = std::vector<unsigned char>;
 
-/// A scratch file of the running test (ctest runs tests in parallel), written unless `content`
-/// is empty.
+/// A scratch file of the running test and process (tests and whole test runs may run side by
+/// side), written unless `content` is empty.
 std::string scratch(const std::string& name, const bytes& content = {}) {
-    const std::string path = ::testing::TempDir() + "facet_" +
+    const std::string path = ::testing::TempDir() + "facet_" + std::to_string(::getpid()) + "_" +
                              ::testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
                              name;
     if (!content.empty())
@@ -131,6 +134,7 @@ TEST(WriteTga, WritesUnswappedBytesSoReadingBackExchangesRedAndBlue) {
     EXPECT_EQ(back.width(), 0);
     EXPECT_EQ(back.begin(), back.end());
     graphics::write_tga(scratch("no/such/dir/x.tga").c_str(), bitmap(1, 1));  // silent
+    std::remove(path.c_str());
 }
 
 }  // namespace
