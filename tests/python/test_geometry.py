@@ -61,6 +61,9 @@ def test_offsetting_moves_every_edge() -> None:
     grown = facet.offset_polygon(square, 0.5)
     np.testing.assert_allclose(grown, [[-0.5, -0.5], [2.5, -0.5], [2.5, 2.5], [-0.5, 2.5]])
     np.testing.assert_allclose(facet.offset_polygon(square, -0.5), square * 0.5 + 0.5)
+    triangle = np.array([[0, 0], [4, 0], [0, 3]], dtype=float)
+    inner = facet.offset_polygon(triangle, -1.0)  # the triangle's incircle has radius 1
+    np.testing.assert_allclose(inner[0], [1.0, 1.0])
     with pytest.raises(ValueError, match="parallel"):
         facet.offset_polygon(np.array([[0, 0], [1, 0], [2, 0], [1, 1]], dtype=float), 0.1)
 
