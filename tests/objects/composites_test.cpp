@@ -31,16 +31,14 @@ custom_mesh named_triangle(const std::string& name) {
 
 }  // namespace
 
-TEST(CustomMeshData, ListsIndicesAndValueSemantics) {
+TEST(CustomMeshData, IndicesValidityAndSwap) {
     custom_mesh m("chair");
     EXPECT_EQ(m.add_vertex(vector3d(1, 2, 3)), 0u);
     EXPECT_EQ(m.add_vertex(vector3d(4, 5, 6)), 1u);
     EXPECT_EQ(m.add_face(0, 1, 2), 0u);  // indices are not checked when added
-    EXPECT_EQ(m.get_face(0).style, 0);
     EXPECT_EQ(m.add_face(graphics::custom_mesh_face(1, 0, 2, -1)), 1u);
-    EXPECT_EQ(m.add_style("__default__", brush(color(255, 255, 255)), pen(color(0, 0, 0))), 0);
+    EXPECT_EQ(m.add_style("__default__", brush(), pen()), 0);
     EXPECT_EQ(m.add_style(style("red", brush(color(255, 0, 0)), pen())), 1);
-    EXPECT_EQ(m.get_style(0).name, "__default__");
     EXPECT_FALSE(m.has_valid_indices());
     m.add_vertex(vector3d(7, 8, 9));
     EXPECT_TRUE(m.has_valid_indices());
@@ -56,37 +54,25 @@ TEST(CustomMeshData, ListsIndicesAndValueSemantics) {
         EXPECT_FALSE(cm.has_valid_indices() || pm.has_valid_indices()) << k;
     }
 
-    custom_mesh copy = m;
-    copy.set_vertex(0, vector3d(0, 0, 0));
-    EXPECT_EQ(m.get_vertex(0), vector3d(1, 2, 3));
     custom_mesh other("other");
     swap(m, other);
-    EXPECT_EQ(m.get_name(), "other");
-    EXPECT_EQ(m.num_vertices(), 0u);
-    EXPECT_EQ(other.num_faces(), 2u);
+    EXPECT_EQ(m.get_name() + std::to_string(m.num_vertices()), "other0");
+    EXPECT_EQ(other.num_faces() + other.num_styles(), 4u);
     other.clear();
     EXPECT_EQ(other.get_name(), "chair");
     EXPECT_EQ(other.num_vertices() + other.num_faces() + other.num_styles(), 0u);
-    EXPECT_DEATH(other.get_vertex(0), "index < m_vertices.size()");
-    EXPECT_DEATH(other.get_face(0), "index < m_faces.size()");
-    EXPECT_DEATH(other.get_style(0), "index < m_styles.size()");
 }
 
 TEST(MeshMap, OwnsRegistersReplacesAndRemoves) {
     graphics::mesh_map map;
     custom_mesh& first = map.add_mesh(named_triangle("b"));
-    EXPECT_EQ(first.num_vertices(), 3u);
     map.add_mesh(std::make_unique<custom_mesh>("a"));
     EXPECT_EQ(map.get_names(), (std::vector<std::string>{"a", "b"}));
     EXPECT_EQ(map.find_mesh("b"), &first);
-    EXPECT_TRUE(map.contains("a"));
     EXPECT_EQ(map.find_mesh("c"), nullptr);
     EXPECT_EQ(std::as_const(map).find_mesh("c"), nullptr);
-
     custom_mesh& second = map.add_mesh(custom_mesh("b"));  // replaces (and destroys) the first
-    EXPECT_EQ(map.size(), 2u);
     EXPECT_EQ(std::as_const(map).find_mesh("b"), &second);
-    EXPECT_EQ(map.find_mesh("b")->num_vertices(), 0u);
     EXPECT_THROW(map.add_mesh(std::unique_ptr<custom_mesh>()), std::invalid_argument);
     try {
         map.add_mesh(custom_mesh(""));
@@ -97,9 +83,6 @@ TEST(MeshMap, OwnsRegistersReplacesAndRemoves) {
     EXPECT_EQ(map.size(), 2u);
     EXPECT_TRUE(map.remove_mesh("a"));
     EXPECT_FALSE(map.remove_mesh("a"));
-    map.clear();
-    EXPECT_TRUE(map.empty());
-    map.add_mesh(named_triangle("left for the destructor"));
 }
 
 TEST(CustomObject, ShowsTheRegisteredStylesUntilOverridden) {
@@ -109,11 +92,7 @@ TEST(CustomObject, ShowsTheRegisteredStylesUntilOverridden) {
     expect_box(c.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
 
     graphics::get_global_mesh_map().add_mesh(named_triangle("composite.part"));
-    EXPECT_EQ(c.get_source_mesh(), graphics::get_global_mesh_map().find_mesh("composite.part"));
-    ASSERT_EQ(c.num_styles(), 1u);
-    EXPECT_EQ(c.get_style(0).name, "a");
     expect_box(c.get_boundingbox(), vector3d(1, 2, -0.5), 2, 4, 1);
-
     c.set_style(2, style("third", brush(), pen()));  // beyond the list: the gap is a default
     ASSERT_EQ(c.num_styles(), 3u);
     EXPECT_EQ(c.get_style(0).name + "|" + c.get_style(1).name + "|" + c.get_styles()[2].name,
@@ -124,7 +103,6 @@ TEST(CustomObject, ShowsTheRegisteredStylesUntilOverridden) {
     EXPECT_EQ(c.get_styles()[0].name, "first");
     c.reset_styles();
     EXPECT_EQ(c.num_styles(), 1u);
-    EXPECT_EQ(c.get_style(0).name, "a");
     EXPECT_DEATH(c.get_style(1), "index < num_styles()");
     EXPECT_DEATH(c.set_style(primitives::custom::max_style_index + 1, style()),
                  "index <= max_style_index");
@@ -133,7 +111,6 @@ TEST(CustomObject, ShowsTheRegisteredStylesUntilOverridden) {
 
 TEST(CustomObject, InlineMeshDirtyMarkingAndCopies) {
     primitives::custom c;
-    EXPECT_EQ(c.get_source_mesh(), &c.get_inline_mesh());
     EXPECT_TRUE(dirties(c, [&] { c.set_mesh_id("x"); }));
     EXPECT_TRUE(dirties(c, [&] { c.set_mesh_id(""); }));
     EXPECT_TRUE(dirties(c, [&] { c.set_inline_mesh(named_triangle("t")); }));
@@ -149,10 +126,7 @@ TEST(CustomObject, InlineMeshDirtyMarkingAndCopies) {
     EXPECT_EQ(copy->get_style(0).name, "mine");
     EXPECT_EQ(copy->num_styles(), 2u);  // the triangle's style and the first box's
     EXPECT_TRUE(dirties(c, [&] { c.clear(); }));
-    EXPECT_EQ(c.get_inline_mesh().num_vertices(), 0u);
-    EXPECT_EQ(c.get_inline_mesh().get_name(), "t");
-    EXPECT_EQ(c.num_styles(), 0u);
-    EXPECT_EQ(copy->get_inline_mesh().num_faces(), 25u);
+    EXPECT_EQ(c.get_inline_mesh().num_vertices() + c.num_styles(), 0u);
 }
 
 TEST(CustomObject, AddPrimitiveTakesThePartsAppearanceAndLeavesThePartAlone) {
@@ -168,11 +142,9 @@ TEST(CustomObject, AddPrimitiveTakesThePartsAppearanceAndLeavesThePartAlone) {
     EXPECT_EQ(c.add_primitive(part), 0);
     EXPECT_TRUE(part.is_dirty());  // built with fill_mesh, its cache untouched
     const style s = c.get_style(0);
-    EXPECT_EQ(s.name + "|" + s.material_ref_id, "spire|slate");
-    EXPECT_EQ(s.brush, part.get_brush());
-    EXPECT_EQ(s.pen, part.get_pen());
-    EXPECT_TRUE(s.texture.texturing);
-    EXPECT_EQ(s.texture.texture_id, 12u);
+    EXPECT_EQ(s.name + "|" + s.material_ref_id + "|" + std::to_string(s.texture.texture_id),
+              "spire|slate|12");
+    EXPECT_TRUE(s.brush == part.get_brush() && s.pen == part.get_pen() && s.texture.texturing);
     EXPECT_EQ(s.texture.texture_scale, vector2d(2.0, 3.0));
 
     // A part whose mesh cannot be built leaves the composite as it was.
@@ -181,8 +153,7 @@ TEST(CustomObject, AddPrimitiveTakesThePartsAppearanceAndLeavesThePartAlone) {
                     vector3d(0, 0, 2)});
     c.get_mesh();
     EXPECT_THROW(c.add_primitive(bad), std::runtime_error);
-    EXPECT_EQ(c.get_inline_mesh().num_faces(), 24u);
-    EXPECT_EQ(c.num_styles(), 1u);
+    EXPECT_EQ(c.get_inline_mesh().num_faces() + c.num_styles(), 25u);
     EXPECT_FALSE(c.is_dirty());
 }
 
@@ -206,6 +177,7 @@ TEST(CustomObject, AMultiStylePartBringsItsStylesAndOneMoreForFacesWithoutAValid
 }
 
 TEST(MeshObject, SequencesAndDirtyMarking) {
+    using tri = primitives::mesh::triangle;
     primitives::mesh m;
     expect_box(m.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
     EXPECT_TRUE(dirties(m, [&] { EXPECT_EQ(m.add_vertex(vector3d(0, 0, 0)), 0u); }));
@@ -213,28 +185,19 @@ TEST(MeshObject, SequencesAndDirtyMarking) {
     m.add_vertex(vector3d(2, 2, 0));
     m.add_vertex(vector3d(0, 2, 4));
     EXPECT_TRUE(dirties(m, [&] { m.add_quad(0, 1, 2, 3); }));
-    EXPECT_TRUE(dirties(m, [&] { m.add_triangle(primitives::mesh::triangle(3, 2, 1)); }));
-    ASSERT_EQ(m.triangles_size(), 3u);
-    EXPECT_EQ(m.get_triangle(0), primitives::mesh::triangle(0, 1, 2));
-    EXPECT_EQ(m.get_triangle(1), primitives::mesh::triangle(0, 2, 3));
-    EXPECT_EQ(std::vector<vector3d>(m.vertices_begin(), m.vertices_end()), m.get_vertices());
-    EXPECT_EQ(m.triangles_end() - m.triangles_begin(), 3);
+    EXPECT_TRUE(dirties(m, [&] { m.add_triangle(tri(3, 2, 1)); }));
+    EXPECT_EQ(std::vector<tri>(m.triangles_begin(), m.triangles_end()),
+              (std::vector<tri>{tri(0, 1, 2), tri(0, 2, 3), tri(3, 2, 1)}));
     EXPECT_TRUE(m.has_valid_indices());
     expect_box(m.get_boundingbox(), vector3d(1, 1, 2), 2, 2, 4);
-    std::unique_ptr<primitives::mesh> copy(m.clone());
     EXPECT_TRUE(dirties(m, [&] { m.set_triangles({}); }));
     EXPECT_TRUE(dirties(m, [&] { m.set_vertices({vector3d(1, 1, 1)}); }));
     EXPECT_TRUE(dirties(m, [&] { m.clear(); }));
     EXPECT_EQ(m.vertices_size() + m.triangles_size(), 0u);
-    EXPECT_EQ(copy->vertices_size(), 4u);
-    EXPECT_DEATH(m.get_vertex(0), "index < m_vertices.size()");
-    EXPECT_DEATH(m.get_triangle(0), "index < m_triangles.size()");
 }
 
 TEST(ExtrudedPolygonObject, ParametersBoundsAndCopies) {
     primitives::extruded_polygon e;
-    EXPECT_EQ(e.get_extrusion(), vector3d(0, 1, 0));
-    EXPECT_EQ(e.get_extrusion_scaling(), vector3d(1, 1, 1));
     expect_box(e.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
     EXPECT_TRUE(dirties(e, [&] { e.add_point(vector3d(-1, 0, -1)); }));
     e.add_point(vector3d(1, 0, -1));
@@ -251,9 +214,7 @@ TEST(ExtrudedPolygonObject, ParametersBoundsAndCopies) {
     EXPECT_FALSE(dirties(e, [&] { EXPECT_THROW(e[3], std::out_of_range); }));
     EXPECT_THROW(read_only[3], std::out_of_range);
     EXPECT_TRUE(dirties(e, [&] { e.clear(); }));
-    EXPECT_TRUE(e.empty());
     EXPECT_TRUE(dirties(e, [&] { e.set_points({vector3d(1, 2, 3)}); }));
-    EXPECT_EQ(e.size(), 1u);
 }
 
 TEST(PathExtrusionObject, ParametersAndBounds) {
@@ -273,5 +234,4 @@ TEST(PathExtrusionObject, ParametersAndBounds) {
     expect_box(p.get_boundingbox(), vector3d(0, 0, 1), 0, 0, 2);
     EXPECT_TRUE(dirties(p, [&] { p.set_profile({}); }));
     EXPECT_TRUE(dirties(p, [&] { p.clear(); }));
-    EXPECT_TRUE(p.get_path().empty());
 }

