@@ -4,6 +4,7 @@ from typing import Iterator, Any, ClassVar, List, Optional, Tuple
 import numpy
 import numpy.typing
 HAS_RENDER: bool
+MAX_RENDER_SIZE: int
 
 class Arrow(SceneObject):
     head_base: float

@@ -21,6 +21,7 @@ void bind_exceptions(py::module_& m) {
     static py::exception<mesh_too_large> too_large(m, "MeshTooLargeError", PyExc_MemoryError);
     static py::exception<std::runtime_error> triangulation_error(m, "TriangulationError",
                                                                  PyExc_ValueError);
+    // Raised by render() (python/src/render.cpp looks it up by name).
     static py::exception<std::runtime_error> render_error(m, "RenderError", PyExc_RuntimeError);
     // One translator, so that the derived types are looked at before std::runtime_error.
     py::register_exception_translator([](std::exception_ptr p) {
@@ -47,8 +48,6 @@ void bind_exceptions(py::module_& m) {
                 triangulation_error(e.what());
             else if (what == "intersection of parallel lines")
                 PyErr_SetString(PyExc_ValueError, e.what());
-            else if (what.rfind("render:", 0) == 0)
-                render_error(e.what() + 8);
             else
                 PyErr_SetString(PyExc_RuntimeError, e.what());
         } catch (const geometry::bad_normalization& e) {

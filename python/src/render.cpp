@@ -167,11 +167,15 @@ void bind_render(py::module_& m) {
           "Writes the scene as glTF 2.0: binary for .glb, JSON for .gltf. With edges, adds the "
           "outline edges as lines.");
     m.attr("HAS_RENDER") = true;
+    m.attr("MAX_RENDER_SIZE") = facet_gl::offscreen_context::max_size();
 }
 
 #else
 
-void bind_render(py::module_& m) { m.attr("HAS_RENDER") = false; }
+void bind_render(py::module_& m) {
+    m.attr("HAS_RENDER") = false;
+    m.attr("MAX_RENDER_SIZE") = 0;
+}
 
 #endif
 

@@ -28,6 +28,14 @@ def test_render_returns_the_image_as_an_array() -> None:
     assert centre[0] > 2 * centre[1] and centre[0] > 2 * centre[2]  # the red box, lit
 
 
+@pytest.mark.parametrize("size", [(1, 1), (facet.MAX_RENDER_SIZE, 1), (1, facet.MAX_RENDER_SIZE)])
+def test_smallest_and_largest_sizes(size: tuple[int, int]) -> None:
+    image = facet.render(red_box_scene(), size=size, shadows=False, outlines=False)
+    assert image is not None and image.shape == (size[1], size[0], 4)
+    with pytest.raises(ValueError, match="size"):
+        facet.render(red_box_scene(), size=(size[0] + facet.MAX_RENDER_SIZE, size[1]))
+
+
 def test_black_and_white_mode_and_background() -> None:
     s = red_box_scene()
     bw = facet.render(s, size=SIZE, bw=True)
