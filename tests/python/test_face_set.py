@@ -63,7 +63,7 @@ def test_free_mesh_keeps_vertices_and_triangles_in_order() -> None:
 def test_quad_texcoords_follow_its_corners() -> None:
     quad = facet.Quad()
     quad.texcoords = np.array([[0.0, 0.0], [0.5, 0.0], [0.5, 0.25], [0.0, 0.25]])
-    np.testing.assert_array_equal(quad.texcoords, [[0, 0], [0.5, 0], [0.5, 0.25], [0, 0.25]])
+    np.testing.assert_array_equal(quad.texcoords, [[0.0, 0.0], [0.5, 0.0], [0.5, 0.25], [0.0, 0.25]])
     quad.texture_scale = (2.0, 4.0)
     mesh = quad.mesh()
     expected = np.array([[0, 0], [1, 0], [1, 1], [0, 0], [1, 1], [0, 1]], dtype=np.float32)
