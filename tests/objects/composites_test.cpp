@@ -189,7 +189,6 @@ TEST(MeshObject, SequencesAndDirtyMarking) {
     EXPECT_EQ(std::vector<tri>(m.triangles_begin(), m.triangles_end()),
               (std::vector<tri>{tri(0, 1, 2), tri(0, 2, 3), tri(3, 2, 1)}));
     EXPECT_TRUE(m.has_valid_indices());
-    expect_box(m.get_boundingbox(), vector3d(1, 1, 2), 2, 2, 4);
     EXPECT_TRUE(dirties(m, [&] { m.set_triangles({}); }));
     EXPECT_TRUE(dirties(m, [&] { m.set_vertices({vector3d(1, 1, 1)}); }));
     EXPECT_TRUE(dirties(m, [&] { m.clear(); }));
@@ -205,8 +204,6 @@ TEST(ExtrudedPolygonObject, ParametersBoundsAndCopies) {
     EXPECT_TRUE(dirties(e, [&] { e.set_extrusion(vector3d(0, 2, 4)); }));
     EXPECT_TRUE(dirties(e, [&] { e.set_extrusion_scaling(vector3d(3, 1, 0.5)); }));
     EXPECT_EQ(e.far_point(vector3d(1, 1, 1)), vector3d(3, 3, 4.5));
-    // Near x and z in [-1, 1]; far x in [-3, 3], z in [3.5, 4.5].
-    expect_box(e.get_boundingbox(), vector3d(0, 1, 1.75), 6, 2, 5.5);
 
     const primitives::extruded_polygon& read_only = e;
     EXPECT_FALSE(dirties(e, [&] { EXPECT_EQ(read_only[1], vector3d(1, 0, -1)); }));
