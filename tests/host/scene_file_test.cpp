@@ -21,8 +21,7 @@ std::string text_of(const facet::scene& s) {
     return os.str();
 }
 
-// One object of each type, with material references holding spaces, all but the first hanging in
-// a hierarchy.
+// One object of each type, material references with spaces, all but the first in a hierarchy.
 facet::scene every_type() {
     std::vector<std::unique_ptr<basic_object>> all = one_of_each();
     for (std::size_t k = 0; k < all.size(); ++k) {

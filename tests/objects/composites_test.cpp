@@ -1,5 +1,4 @@
-// Custom meshes and the mesh map; the custom, mesh, extruded-polygon and path-extrusion objects:
-// parameters, style lists, dirty marking, bounding boxes and copies.
+// Custom meshes, the mesh map, and the custom, mesh and extrusion objects.
 #include <gtest/gtest.h>
 
 #include <memory>

@@ -1,5 +1,4 @@
-// The solid, planar, line and marker primitives as scene objects: defaults, shadows, dirty
-// marking, index operators, point lists, bounding boxes, copies and visitors.
+// The solid, planar, line and marker primitives as scene objects, and every type's common duties.
 #include <gtest/gtest.h>
 
 #include <functional>
