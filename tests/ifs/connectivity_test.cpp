@@ -1,12 +1,11 @@
-// Half-edge connectivity, outline marks and smooth corner normals: pinned cases, and the flat
-// per-vertex lists of construct_halfedge_data and smooth_mesh against the plain versions in
-// tests/support on random meshes (shared, non-manifold, duplicated, flipped and degenerate
-// faces), bit for bit.
+// Half-edges, outline marks and smooth corner normals: pinned cases, and construct_halfedge_data
+// and smooth_mesh against the plain versions in tests/support on random meshes, bit for bit.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
 #include <random>
+#include <sstream>
 
 #include "facet/camera.h"
 #include "facet/projector.h"
@@ -18,9 +17,8 @@ using namespace ifs_test;
 
 namespace {
 
-// Vertices on a coarse grid (many equal normals), faces from a small pool of vertices (edges
-// shared by several faces), some duplicated or flipped, some degenerate; box coordinates and
-// frames, no half-edges.
+// Grid vertices (many equal normals); shared, non-manifold, duplicated, flipped and degenerate
+// faces; box coordinates and frames, no half-edges.
 void random_mesh(indexedfaceset& fs, std::uint32_t seed) {
     std::mt19937 rng(seed);
     fs.vertices().resize(6 + rng() % 30);
@@ -34,12 +32,9 @@ void random_mesh(indexedfaceset& fs, std::uint32_t seed) {
             f = fs.faces()[rng() % i];
             if (rng() % 2) std::swap(f.vertex[1], f.vertex[2]);
         }
-        f.style = 0;
     }
-    fs.styles().resize(1);
     fs.compute_normals();
-    fs.gen_texcoords_box();
-    fs.compute_tangent_space();
+    texture(fs);
 }
 
 std::ptrdiff_t index_of(const halfedge* h, const indexedfaceset& fs) {
@@ -58,67 +53,38 @@ void expect_smoothing_as_the_oracle(indexedfaceset& fs, double angle) {
     }
 }
 
-// Three flat triangles around vertex 0 at the origin (normal +z) and a fourth, (0, 4, 5),
-// tilted about the y axis by atan(lift / 2), with box coordinates and frames.
+// Three flat triangles around vertex 0 (normal +z) and (0, 4, 5) tilted by atan(lift / 2).
 void tilted_fan(indexedfaceset& fs, double lift) {
     set_mesh(fs, {{0, 0, 0}, {2, 0, 0}, {0, 2, 0}, {-2, 0, 0}, {0, -2, 0}, {2, -2, lift}},
              {face(0, 1, 2), face(0, 2, 3), face(0, 3, 4), face(0, 4, 5)});
-    for (face& f : fs.faces()) f.style = 0;
-    fs.styles().resize(1);
-    fs.gen_texcoords_box();
-    fs.compute_tangent_space();
+    texture(fs);
 }
 
 }  // namespace
 
-TEST(HalfEdges, TwinsPairByVertexIndexFirstComeFirstServed) {
-    const struct {
-        std::vector<face> faces;
-        std::vector<int> twins;  // per half-edge, -1 for none
-    } cases[] = {
-        {{face(0, 1, 2)}, {-1, -1, -1}},
-        {{face(0, 1, 2), face(0, 1, 4)}, {-1, -1, -1, -1, -1, -1}},  // same direction
-        {{face(0, 1, 2), face(1, 0, 3)}, {3, -1, -1, 0, -1, -1}},
-        {{face(0, 1, 2), face(1, 0, 4), face(1, 0, 3)}, {3, -1, -1, 0, -1, -1, -1, -1, -1}},
-    };
-    for (const auto& c : cases) {
-        indexedfaceset fs;
-        set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, -1, 0}}, c.faces);
-        ASSERT_EQ(fs.num_edges(), c.twins.size());
-        for (std::uint32_t e = 0; e < fs.num_edges(); ++e) {
-            EXPECT_EQ(index_of(fs.get_edge(e).m_twinedge, fs), c.twins[e]) << c.twins.size() << e;
-            EXPECT_FALSE(fs.get_edge(e).drawn());
-        }
-        fs.faces()[0] = face(0, 1, 5);
-        EXPECT_DEATH(fs.construct_halfedge_data(), "index < m_size");
-    }
-}
-
 TEST(HalfEdges, SharpAtTheAngleOrMoreOpenEdgesDrawn) {
     indexedfaceset fs;  // folded by exactly 90 degrees; cos(90°) is slightly above 0
     set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, {face(0, 1, 2), face(1, 0, 3)});
+    EXPECT_EQ(drawn_edges(fs), 0);
     fs.determine_sharp_edges(90.0);
     EXPECT_EQ(drawn_edges(fs), 6);
     fs.determine_sharp_edges(91.0);
     EXPECT_EQ(drawn_edges(fs), 4);
     EXPECT_FALSE(fs.get_edge(0).drawn() || fs.get_edge(3).drawn());
+    fs.faces()[0] = face(0, 1, 5);  // a vertex index beyond the vertices
+    EXPECT_DEATH(fs.construct_halfedge_data(), "index < m_size");
 
     // A built box pairs every edge and draws its twelve edges, not the sides' diagonals.
     primitives::box b(1.0, 2.0, 3.0);
     b.set_smoothing_threshold_angle(30.0);
-    EXPECT_TRUE(is_outward_solid(b.get_mesh()));
     EXPECT_EQ(drawn_edges(b.get_mesh()), 24);
 }
 
 TEST(VisibleEdges, CreasesSilhouettesAndOpenEdges) {
-    indexedfaceset fs;  // open edges are drawn
-    set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
-    fs.determine_visible_edges(camera(), orthographic_projector(), 65.0);
-    EXPECT_EQ(drawn_edges(fs), 3);
-
     // Folded by 30 degrees, normals (0, 1, 0) and (0, .866, .5): seen along -z the first is
     // edge-on (a silhouette), from above both are in front (only the open edges are drawn); at
     // 20 degrees the fold is a crease.
+    indexedfaceset fs;
     set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 0, -1}, {0.5, -0.57735026918962573, 1.0}},
              {face(0, 1, 2), face(1, 0, 3)});
     const camera along_z(vector3d(0, 0, 10), vector3d(0, 0, -1));
@@ -158,6 +124,14 @@ TEST(VisibleEdges, CreasesSilhouettesAndOpenEdges) {
 }
 
 TEST(FlatListsAgainstLists, HalfEdgesAndSharpMarks) {
+    const auto links = [](const indexedfaceset& fs) {
+        std::ostringstream s;
+        for (const halfedge& e : fs.edges())
+            s << index_of(e.m_twinedge, fs) << " " << index_of(e.next, fs) << " "
+              << index_of(e.prev, fs) << " " << e.face - fs.faces().data() << " " << e.vertex << " "
+              << e.flags << "|";
+        return s.str();
+    };
     for (std::uint32_t seed = 1; seed <= 300; ++seed) {
         indexedfaceset fast, slow;
         random_mesh(fast, seed);
@@ -166,16 +140,7 @@ TEST(FlatListsAgainstLists, HalfEdgesAndSharpMarks) {
         reference::construct_halfedge_data(slow);
         fast.determine_sharp_edges(30.0);
         slow.determine_sharp_edges(30.0);
-        ASSERT_EQ(fast.num_edges(), slow.num_edges());
-        for (std::uint32_t e = 0; e < fast.num_edges(); ++e) {
-            const halfedge &a = fast.get_edge(e), &b = slow.get_edge(e);
-            ASSERT_EQ(index_of(a.m_twinedge, fast), index_of(b.m_twinedge, slow)) << seed << e;
-            ASSERT_EQ(index_of(a.next, fast), index_of(b.next, slow));
-            ASSERT_EQ(index_of(a.prev, fast), index_of(b.prev, slow));
-            ASSERT_EQ(a.face - fast.faces().data(), b.face - slow.faces().data());
-            ASSERT_EQ(a.vertex, b.vertex);
-            ASSERT_EQ(a.flags, b.flags) << "seed " << seed << ", half-edge " << e;
-        }
+        ASSERT_EQ(links(fast), links(slow)) << "seed " << seed;
     }
 }
 
@@ -198,9 +163,8 @@ TEST(FlatListsAgainstLists, SmoothedNormalsAndFrames) {
     }
 }
 
-// Fans of 15 to 18 and 60 faces around vertex 0, long enough for the hashed search of distinct
-// normals, with normals from a pool where +0 and −0 components must count as equal and a NaN
-// as equal to nothing, and frames that are not finite.
+// Fans long enough for the hashed search of distinct normals; +0 and −0 components count as
+// equal, a NaN as equal to nothing; frames that are not finite.
 TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
     const double nan = std::nan("");
     const vector3d pool[] = {{0, 1, 0},        {-0.0, 1, -0.0}, {0, 1, -0.0},  {0.6, 0.8, 0},
@@ -212,12 +176,9 @@ TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
         for (std::uint32_t j = 0; j <= n; ++j)
             v[j + 1] = vector3d(std::cos(0.1 * j), 0.01 * (j % 3), std::sin(0.1 * j));
         for (std::uint32_t j = 0; j < n; ++j) faces.emplace_back(0, j + 2, j + 1);
-        for (face& f : faces) f.style = 0;
         indexedfaceset fs;
         set_mesh(fs, v, faces);
-        fs.styles().resize(1);
-        fs.gen_texcoords_box();
-        fs.compute_tangent_space();
+        texture(fs);
         for (face& f : fs.faces()) f.normal = pool[rng() % 8];
         fs.faces()[3].tangent = vector3d(HUGE_VAL, 0, 0);
         fs.faces()[5].bitangent = vector3d(0, nan, 1);
@@ -228,25 +189,8 @@ TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
     }
 }
 
-TEST(Smoothing, EqualNormalsCountOnceFramesTurnFromATenthOfADegree) {
-    // Tilt atan(0.5) = 26.6 degrees, within 30: vertex 0 averages exactly the two distinct
-    // normals, however many flat triangles surround it.
+TEST(Smoothing, FramesTurnFromATenthOfADegreeAndNeedCoordinatesAndHalfEdges) {
     indexedfaceset fs;
-    tilted_fan(fs, 1.0);
-    const vector3d flat = fs.get_face(0).normal;
-    vector3d tilted = fs.get_face(3).normal, mean = flat + tilted;
-    ASSERT_EQ(flat, vector3d(0, 0, 1));
-    fs.smooth_mesh(30.0);
-    mean.normalize();
-    for (std::uint32_t f = 0; f < 4; ++f) EXPECT_EQ(fs.get_normal(3 * f), mean) << f;
-    EXPECT_EQ(fs.get_normal(2), flat);  // vertex 2 touches only flat faces
-    EXPECT_EQ(fs.get_tangent(2), fs.get_face(0).tangent);
-    EXPECT_NEAR(dot(fs.get_tangent(0), mean) + dot(fs.get_bitangent(0), mean), 0.0, 1e-12);
-    fs.smooth_mesh(20.0);  // below the tilt the faces stay apart
-    EXPECT_EQ(fs.get_normal(0), flat);
-    tilted.normalize();  // a lone normal is normalised once more
-    EXPECT_EQ(fs.get_normal(9), tilted);
-
     tilted_fan(fs, 0.005);  // tilt 0.143 degrees: the mean turns by 0.072, the frame stays
     fs.smooth_mesh(30.0);
     EXPECT_NE(fs.get_normal(0), fs.get_face(0).normal);
@@ -257,7 +201,7 @@ TEST(Smoothing, EqualNormalsCountOnceFramesTurnFromATenthOfADegree) {
     EXPECT_NE(fs.get_tangent(0), fs.get_face(0).tangent);
     EXPECT_NEAR(dot(fs.get_tangent(0), fs.get_normal(0)), 0.0, 1e-12);
 
-    fs.faces()[2].texcoord[1] = 99;  // needs texture coordinates and half-edges
+    fs.faces()[2].texcoord[1] = 99;
     EXPECT_DEATH(fs.smooth_mesh(30.0), "index < m_size");
     tilted_fan(fs, 1.0);
     fs.edges().resize(0);

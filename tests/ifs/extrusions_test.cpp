@@ -1,6 +1,4 @@
-// The closed meshes of extruded polygons and path extrusions: tables, the plane an outline is
-// projected to, the frames along a path, closedness, outward normals, enclosed volumes,
-// smoothing, and the failures that leave the cache alone.
+// The closed meshes of extruded polygons and path extrusions.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -33,9 +31,8 @@ const std::vector<vector3d> unit_square_xz = {{0, 0, 0}, {1, 0, 0}, {1, 0, 1}, {
 const std::vector<vector3d> centred_square = {
     {-0.5, -0.5, 0}, {0.5, -0.5, 0}, {0.5, 0.5, 0}, {-0.5, 0.5, 0}};
 
-// A closed outward solid of the volume; side corners take the direction from the axis (the
-// vertex with its axis component masked out), the caps (the first 2 (n − 2) faces) stay flat,
-// and only the two cap borders are drawn.
+// A closed outward solid of the volume; side corners point away from the axis (the vertex with
+// the axis masked out), the caps (faces before 2 (n − 2)) stay flat, the cap borders are drawn.
 void expect_round_sides(const indexedfaceset& fs, int n, const vector3d& mask, double volume) {
     EXPECT_TRUE(is_outward_solid(fs));
     EXPECT_NEAR(ifs_test::volume(fs), volume, 1e-12);
@@ -49,23 +46,6 @@ void expect_round_sides(const indexedfaceset& fs, int n, const vector3d& mask, d
 }
 
 }  // namespace
-
-TEST(ExtrudedPolygonMesh, SquareTable) {
-    extruded_polygon e;
-    e.set_points(unit_square_xz);
-    e.set_extrusion(vector3d(0, 2, 0));
-    const indexedfaceset& fs = e.get_mesh();
-    EXPECT_EQ(vertices_of(fs), "0 0 0|1 0 0|1 0 1|0 0 1|0 2 0|1 2 0|1 2 1|0 2 1");
-    // Caps first (the near one keeps the outline's winding, whose normal is -y), then sides.
-    EXPECT_EQ(faces_of(fs, 0, 5), "3 0 1|1 2 3|7 5 4|5 7 6|1 0 4");
-    for (std::uint32_t f = 0; f < 4; ++f)
-        EXPECT_EQ(fs.get_face(f).normal, vector3d(0, f < 2 ? -1 : 1, 0));
-    EXPECT_EQ(fs.get_face(4).normal, vector3d(0, 0, -1));
-    EXPECT_TRUE(is_outward_solid(fs));
-    EXPECT_DOUBLE_EQ(volume(fs), 2.0);
-    EXPECT_EQ(drawn_edges(fs), 24);  // the twelve edges of the block
-    EXPECT_EQ(fs.num_texcoords(), 36u);
-}
 
 TEST(ExtrudedPolygonMesh, AnyPlaneWindingAndDirectionGiveOutwardSolids) {
     std::vector<vector3d> clockwise = unit_square_xz;
@@ -115,11 +95,17 @@ TEST(ExtrudedPolygonMesh, AnyPlaneWindingAndDirectionGiveOutwardSolids) {
     expect_round_sides(round.get_mesh(), 24, vector3d(1, 0, 1), 3 * regular_polygon_area(24, 1));
 }
 
-TEST(ExtrudedPolygonMesh, BadOutlinesThrowAndLeaveTheCacheAsItWas) {
+TEST(ExtrudedPolygonMesh, SquareTableBadOutlinesThrowAndLeaveTheCacheAsItWas) {
     extruded_polygon e;
     e.set_points(unit_square_xz);
+    e.set_extrusion(vector3d(0, 2, 0));
     const indexedfaceset& fs = e.get_mesh();
-    ASSERT_EQ(fs.num_faces(), 12u);
+    EXPECT_EQ(vertices_of(fs), "0 0 0|1 0 0|1 0 1|0 0 1|0 2 0|1 2 0|1 2 1|0 2 1");
+    // Caps first (the near one keeps the outline's winding, whose normal is -y), then sides; the
+    // twelve edges of the block are drawn.
+    EXPECT_EQ(faces_of(fs, 0, 5), "3 0 1|1 2 3|7 5 4|5 7 6|1 0 4");
+    EXPECT_TRUE(is_outward_solid(fs));
+    EXPECT_EQ(drawn_edges(fs) + fs.num_texcoords(), 24u + 36u);
     // Self-intersecting outlines; a bow tie encloses no area and is projected along the axis of
     // its smallest extent, which keeps it a bow tie.
     for (const std::vector<vector3d>& points : std::vector<std::vector<vector3d>>{
@@ -128,15 +114,13 @@ TEST(ExtrudedPolygonMesh, BadOutlinesThrowAndLeaveTheCacheAsItWas) {
              {{0, 0, 0}, {0, 2, 2}, {0, 2, 0}, {0, 0, 2}},
              {{0, 0, 0}, {2, 2, 0}, {2, 0, 0}, {0, 2, 0}}}) {
         e.set_points(points);
-        EXPECT_EQ(build_error(e), "Triangulation error: bad polygon");
-        EXPECT_EQ(build_error(e), "Triangulation error: bad polygon");  // still dirty: again
+        EXPECT_EQ(build_error(e) + build_error(e),  // still dirty: again
+                  "Triangulation error: bad polygonTriangulation error: bad polygon");
         EXPECT_EQ(fs.num_vertices() + fs.num_faces(), 8u + 12u);
-        EXPECT_TRUE(is_outward_solid(fs));
     }
     e.set_points(unit_square_xz);
     e.set_extrusion(vector3d(0, 3, 0));
     EXPECT_DOUBLE_EQ(volume(e.get_mesh()), 3.0);
-    EXPECT_FALSE(e.is_dirty());
     // Nothing left to cap: an empty mesh, no error.
     e.set_points({vector3d(0, 0, 0), vector3d(1, 0, 0), vector3d(2, 0, 0)});
     EXPECT_EQ(e.get_mesh().num_vertices() + e.get_mesh().num_faces(), 0u);
@@ -145,8 +129,7 @@ TEST(ExtrudedPolygonMesh, BadOutlinesThrowAndLeaveTheCacheAsItWas) {
 
 TEST(PathExtrusionMesh, FramesAlongThePath) {
     // The first frame's up is +y made square to the path, or -z for a vertical start; side is
-    // up × tangent, so along +z the profile shows as given and along +x its x runs along -z.
-    // At a bend the frame turns by the smallest rotation taking one direction to the next.
+    // up × tangent; at a bend the frame turns by the smallest rotation between the directions.
     const double tiny = 1e-7;
     const struct {
         std::vector<vector3d> path;
@@ -176,13 +159,6 @@ TEST(PathExtrusionMesh, FramesAlongThePath) {
         for (std::uint32_t i = 1; i < 4; ++i)
             EXPECT_NEAR(dot(fs.get_vertex(i) - fs.get_vertex(0), t), 0.0, 1e-14 * t.length());
     }
-    path_extrusion box;  // along +z the profile shows as given; the twelve edges are drawn
-    box.set_profile(centred_square);
-    box.set_path({vector3d(0, 0, 0), vector3d(0, 0, 2)});
-    EXPECT_EQ(
-        vertices_of(box.get_mesh()),
-        "-0.5 -0.5 0|0.5 -0.5 0|0.5 0.5 0|-0.5 0.5 0|-0.5 -0.5 2|0.5 -0.5 2|0.5 0.5 2|-0.5 0.5 2");
-    EXPECT_EQ(drawn_edges(box.get_mesh()), 24);
 }
 
 TEST(PathExtrusionMesh, StraightRunsDoNotTwistBendsAreMitred) {
@@ -208,17 +184,12 @@ TEST(PathExtrusionMesh, StraightRunsDoNotTwistBendsAreMitred) {
     // A round profile along a path bending in space; along a straight path it shades smoothly.
     const int n = 16;
     p.set_profile(regular_polygon(n, 0.5, false));
-    const std::vector<vector3d> path = {vector3d(0, 0, 0), vector3d(0, 0, 3), vector3d(2, 1, 4),
-                                        vector3d(2, 4, 4), vector3d(5, 4, 2)};
-    p.set_path(path);
-    double length = 0.0;
-    for (std::size_t i = 1; i < path.size(); ++i) length += (path[i] - path[i - 1]).length();
+    p.set_path({vector3d(0, 0, 0), vector3d(0, 0, 3), vector3d(2, 1, 4), vector3d(2, 4, 4),
+                vector3d(5, 4, 2)});
+    const double length = 3.0 + std::sqrt(6.0) + 3.0 + std::sqrt(13.0);
     EXPECT_EQ(p.get_mesh().num_faces(), 2u * (n - 2) + 4u * 2u * n);
     EXPECT_TRUE(is_outward_solid(p.get_mesh()));
     EXPECT_NEAR(volume(p.get_mesh()), regular_polygon_area(n, 0.5) * length, 1e-12);
-    p.set_profile(regular_polygon(20, 1.0, false));
-    p.set_path({vector3d(0, 0, 0), vector3d(0, 0, 4)});
-    expect_round_sides(p.get_mesh(), 20, vector3d(1, 1, 0), 4 * regular_polygon_area(20, 1));
 }
 
 TEST(PathExtrusionMesh, FailuresAndDegenerateInput) {
@@ -230,7 +201,6 @@ TEST(PathExtrusionMesh, FailuresAndDegenerateInput) {
     p.set_path({vector3d(0, 0, 0), vector3d(0, 0, 1), vector3d(0, 0, 0.5)});
     EXPECT_EQ(build_error(p), "Path extrusion error: path turns back on itself");
     EXPECT_EQ(fs.num_faces(), 8u);
-    EXPECT_TRUE(is_outward_solid(fs));
     p.set_path({vector3d(0, 0, 0), vector3d(0, 0, 1)});
     p.set_profile({vector3d(0, 0, 0), vector3d(2, 0, 0), vector3d(2, 2, 0), vector3d(1, -1, 0),
                    vector3d(0, 2, 0)});

@@ -18,8 +18,7 @@ using facet_test::is_closed;
 using facet_test::is_outward_solid;
 using facet_test::volume;
 
-// The vertices and faces as given (none: one per three vertices), with flat normals and
-// half-edges.
+// The vertices and faces (none: one per three vertices), with flat normals and half-edges.
 inline void set_mesh(indexedfaceset& fs, std::vector<vector3d> vertices,
                      std::vector<face> faces = {}) {
     fs.vertices().resize(static_cast<std::uint32_t>(vertices.size()));
@@ -30,6 +29,14 @@ inline void set_mesh(indexedfaceset& fs, std::vector<vector3d> vertices,
     for (std::uint32_t i = 0; i < faces.size(); ++i) fs.faces()[i] = faces[i];
     fs.compute_normals();
     fs.construct_halfedge_data();
+}
+
+// One style for every face, box texture coordinates and flat frames.
+inline void texture(indexedfaceset& fs) {
+    for (face& f : fs.faces()) f.style = 0;
+    fs.styles().resize(1);
+    fs.gen_texcoords_box();
+    fs.compute_tangent_space();
 }
 
 inline int drawn_edges(const indexedfaceset& fs) {
@@ -73,8 +80,7 @@ inline std::string coords_of(const indexedfaceset& fs, std::uint32_t first = 0,
     });
 }
 
-// The message of the exception the object's build throws (the object stays dirty), or the
-// number of faces built.
+// The message the object's build throws (the object stays dirty), or the faces built.
 inline std::string build_error(const primitives::basic_object& o) {
     try {
         return "built " + std::to_string(o.get_mesh().num_faces()) + " faces";

@@ -1,8 +1,6 @@
-// Half-edge connectivity written out the plain way: one std::list per vertex of the half-edges
-// ending there, filled while the half-edges are made; then, vertex by vertex, a half-edge u -> v
-// pairs with the first half-edge v -> u in the list of u if that one is still unpaired. It is
-// the oracle for indexedfaceset::construct_halfedge_data, whose flat lists must link the same
-// twins. Shares no code with the library beyond the records.
+// The oracle for indexedfaceset::construct_halfedge_data, written the plain way: a std::list per
+// vertex of the half-edges ending there; vertex by vertex, u -> v pairs with the first v -> u in
+// the list of u if that one is still unpaired.
 #pragma once
 
 #include <list>

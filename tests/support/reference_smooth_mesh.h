@@ -1,10 +1,7 @@
-// Smooth corner normals written out the plain way: per corner, walk a std::list of the half-edges
-// ending at its vertex, add each face normal that is new (compared component by component)
-// and within the angle, normalise, and turn the face's tangent and bitangent with a rotation
-// matrix when the normal moved by 0.1 degree or more. It is the oracle for
-// indexedfaceset::smooth_mesh, which must give the same bits. Reads the face set's faces,
-// half-edges (their face pointers) and face frames; shares no code with the library beyond
-// the math helpers.
+// The oracle for indexedfaceset::smooth_mesh (same bits), written the plain way: per corner, add
+// each new face normal (compared component by component) around its vertex within the angle,
+// normalise, and turn the face's frame with a rotation matrix when the normal moved by 0.1 degree
+// or more. Reads the faces, the half-edges' face pointers and the face frames.
 #pragma once
 
 #include <cmath>
