@@ -1,6 +1,5 @@
-// shadow_volume_map: filing, replacing and looking up volumes, and the mark-and-sweep cycle with
-// its shared walk over records. Every volume here is created with new and handed to a map; run
-// under ASan, a leak or a second delete fails the suite.
+// shadow_volume_map: filing, replacing, lookups and the mark-and-sweep cycle (ASan sees leaks
+// and second deletes of the volumes handed to the maps here).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -44,8 +43,7 @@ TEST(ShadowVolumeMap, AddReplaceAndLookUp) {
     EXPECT_EQ(map.num_records(), 2u);
     EXPECT_EQ(map.get_shadow_volume(m[0], 1), a1);
     EXPECT_EQ(map.get_primitive_shadow_volumes(m[0]), (volumes{a0, a1}));
-    // A second volume for light 0 takes the first one's place (and the first is deleted); the
-    // same pointer again changes nothing.
+    // A second volume for light 0 replaces (and deletes) the first; the same one again is no-op.
     shadow_volume* a0_new = volume(m[0], 0);
     for (shadow_volume* v : {a0_new, a0_new, a1}) map.add_shadow_volume(v);
     EXPECT_EQ(map.get_primitive_shadow_volumes(m[0]), (volumes{a0_new, a1}));
@@ -56,8 +54,7 @@ TEST(ShadowVolumeMap, AddReplaceAndLookUp) {
     EXPECT_EQ(map.find_record(m[2]), nullptr);
     EXPECT_EQ(map.num_records(), 2u);
     EXPECT_EQ(map.get_shadow_volume(m[0], 5), nullptr);
-    // A volume moved to light 0 and filed again replaces a0_new and fills both slots; the map
-    // deletes it once.
+    // a1 moved to light 0 and filed again replaces a0_new and fills both slots; deleted once.
     m.refile_for_light_0(a1);
     EXPECT_EQ(map.find_record(m[0])->volumes, (volumes{a1, a1}));
 }
@@ -73,8 +70,7 @@ TEST(ShadowVolumeMap, MarksDecideWhatTheSweepKeeps) {
     EXPECT_FALSE(map.find_record(&a)->used);
     map.remove_unused_volumes();
     EXPECT_EQ(map.num_records(), 0u);
-    // A lookup of an unknown light still marks the record; an unused record's second volume
-    // goes with it.
+    // A lookup of an unknown light still marks the record; an unused one goes with both volumes.
     map.add_shadow_volume(volume(&b, 0));
     map.add_shadow_volume(volume(&b, 1));
     map.reset_records();
@@ -94,8 +90,7 @@ TEST(ShadowVolumeMap, SweepDeletesTheFirstVolumeOfEveryFollowingRecord) {
         map.add_shadow_volume(first[i] = volume(m[i], 0));
         map.add_shadow_volume(second[i] = volume(m[i], 1));
     }
-    // Only the middle record is unused: it is erased with both volumes, and the walk deletes the
-    // first volume of the last record too, which keeps its entry. The first record is untouched.
+    // The unused middle record is erased; the walk also deletes the last record's first volume.
     map.reset_records();
     map.get_shadow_volume(m[0], 0);
     map.get_primitive_shadow_volumes(m[2]);
@@ -112,8 +107,7 @@ TEST(ShadowVolumeMap, SweepDeletesTheFirstVolumeOfEveryFollowingRecord) {
     EXPECT_EQ(map.get_shadow_volume(m[2], 0), nullptr);
     EXPECT_EQ(map.get_shadow_volume(m[2], 1), second[2]);
     EXPECT_EQ(map.get_primitive_shadow_volumes(m[2]), (volumes{second[2]}));
-    // A second sweep that reaches the deleted slot again, through the walk and then as an
-    // unused record, deletes nothing twice.
+    // Sweeps reaching the deleted slot again (walk, then unused record) delete nothing twice.
     map.reset_records();
     map.get_shadow_volume(m[2], 1);
     map.remove_unused_volumes();  // m[0] unused: erased; the walk passes m[2]'s deleted slot
@@ -127,7 +121,7 @@ TEST(ShadowVolumeMap, AnAddRefillsASlotTheSweepDeleted) {
     three_masters m;
     shadow_volume_map& map = m.map;
     for (std::size_t i = 0; i < 3; ++i) map.add_shadow_volume(volume(m[i], 4));
-    // The first record is unused, the sweep walks on to the end of the map and stops there.
+    // The first record is unused: the sweep walks on to the end of the map.
     map.reset_records();
     map.get_shadow_volume(m[1], 4);
     map.get_shadow_volume(m[2], 4);

@@ -1,7 +1,5 @@
-// indexedfaceset::build_shadow_volume and shadow_volume: both builders against the plain
-// versions in support/reference_shadow_volume.h on closed, open, degenerate and tangled meshes
-// lit from many places (the mesh's own vertices too), then the silhouettes they find, the
-// placement and winding of the quads, the object space, and when set_light rebuilds.
+// Both shadow-volume builders bit for bit against support/reference_shadow_volume.h on closed,
+// open, degenerate and tangled meshes; the object space; when set_light rebuilds.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,12 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "facet/math3d.h"
 #include "facet/primitives.h"
 #include "facet/shadow_volume.h"
 #include "support/reference_shadow_volume.h"
-
-using reference::unit;
 
 namespace {
 
@@ -116,9 +111,11 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
     for (std::size_t k = 0; k < objects.size(); ++k) {
         const indexedfaceset& src = objects[k]->get_mesh();
         ASSERT_GT(src.num_edges(), 0u);
-        std::vector<vector3d> lights = {{2.5, 3.5, 4.5}, {0.5, 0.5, 0.5}, {2.0, 0.5, 1.0},
-                                        {1, 1, 1},       {0.0, 3.0, 0.0}, {-3.0, 0.2, 0.1},
-                                        {0.5, -2.0, 0.5}};
+        // Edge-on to the +z side, within a degree of it, just behind it; a corner; outside.
+        std::vector<vector3d> lights = {
+            {2.0, 0.5, 1.0},  {2.0, 0.5, 1.0 + 1e-4}, {2.0, 0.5, 1.0 - 1e-9}, {2.0, 0.5, 1.5},
+            {1, 1, 1},        {2.5, 3.5, 4.5},        {0.5, 0.5, 0.5},        {0.0, 3.0, 0.0},
+            {-3.0, 0.2, 0.1}, {0.5, -2.0, 0.5},       {0.5, -5.0, 0.5}};
         for (int i = 0; i < 20; ++i) lights.emplace_back(coord(rng), coord(rng), coord(rng));
         lights.insert(lights.end(), src.vertices().begin(), src.vertices().end());
         for (const vector3d& light : lights) {
@@ -137,70 +134,10 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
         }
     }
     indexedfaceset bare, out, expected;  // without half-edges the output is left untouched
-    bare.vertices().resize(3);
-    bare.faces().resize(1);
-    bare.faces()[0] = face(0, 1, 2);
-    bare.compute_normals();
     prefill(out);
     prefill(expected);
     bare.build_shadow_volume(vector3d(0.0, 0.0, 5.0), out);
     EXPECT_EQ(dump(out), dump(expected));
-}
-
-TEST(ShadowVolume, Silhouettes) {
-    const struct {
-        const char* what;
-        mesh_data mesh;
-        vector3d light;
-        std::uint32_t unoriented, oriented;  // quads; ~0u: not checked
-    } cases[] = {
-        // The six edges between the lit sides (+x, +y, +z) and the others, each once.
-        {"cube", cube(), {2.5, 3.5, 4.5}, 6, 6},
-        // Unoriented, a light in the plane of the +z side counts its edges and its diagonal as
-        // edge-on, also within a degree of it, plus the three other edges of the lit +x side.
-        // Oriented, the side in the light's plane is lit; just behind it only +x is.
-        {"edge-on", cube(), {2.0, 0.5, 1.0}, 8, 6},
-        {"within a degree", cube(), {2.0, 0.5, 1.0 + 1e-4}, 8, ~0u},
-        {"behind the plane", cube(), {2.0, 0.5, 1.0 - 1e-9}, ~0u, 4},
-        {"clearly lit", cube(), {2.0, 0.5, 1.5}, 6, ~0u},
-        {"on a corner", cube(), {1.0, 1.0, 1.0}, 12, ~0u},
-        // Open edges never count: the two on the rim of the open top drop out.
-        {"open", cube({0, 1, 2, 3, 5}), {2.5, 3.5, 4.5}, 4, 4},
-        {"turned away", cube({4}), {0.5, -5.0, 0.5}, 0, 0},
-        {"sliver", sliver, {0.5, -2.0, 0.5}, ~0u, 1},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        mesh_object o(c.mesh);
-        shadow_volume v(&o, c.light, 0.0, 0);
-        v.rebuild_mesh();
-        indexedfaceset out;
-        o.get_mesh().build_shadow_volume(c.light, out);
-        if (c.unoriented != ~0u) EXPECT_EQ(out.num_faces(), 2 * c.unoriented);
-        if (c.oriented != ~0u) EXPECT_EQ(v.get_mesh().num_faces(), 2 * c.oriented);
-    }
-}
-
-TEST(ShadowVolume, QuadsRunFromTheLitSideAndPointAway) {
-    primitives::box b;
-    const vector3d light(2.5, 3.5, 4.5), centre(0.5, 0.5, 0.5);
-    shadow_volume v(&b, light, 1.0, 0);
-    v.rebuild_mesh();
-    const indexedfaceset &m = v.get_mesh(), &box = b.get_mesh();
-    ASSERT_EQ(m.num_faces(), 12u);
-    for (std::uint32_t k = 0; k < 6; ++k) {
-        const vector3d &a = m.get_vertex(4 * k), &bb = m.get_vertex(4 * k + 1);
-        EXPECT_NEAR((m.get_vertex(4 * k + 3) - a).length(), 100000.0, 1e-9);
-        EXPECT_NEAR(cross(unit(m.get_vertex(4 * k + 2) - bb), unit(bb - light)).length(), 0, 1e-12);
-        bool on_lit_face = false;  // A -> B runs the way the edge runs on its lit side
-        for (const face& f : box.faces())
-            for (int c = 0; c < 3; ++c)
-                if (box.get_vertex(f.vertex[c]) == a && box.get_vertex(f.vertex[(c + 1) % 3]) == bb)
-                    on_lit_face = dot(f.normal, light - a) > 0.0;
-        EXPECT_TRUE(on_lit_face) << "quad " << k;
-        for (std::uint32_t i : {2 * k, 2 * k + 1})  // both faces look away from the cube
-            EXPECT_LT(dot(m.get_face(i).normal, centre - m.get_vertex(m.get_face(i).vertex[0])), 0);
-    }
 }
 
 TEST(ShadowVolume, SetLightRebuildsOnlyOnAChangedLightOrValue) {
@@ -258,22 +195,12 @@ TEST(ShadowVolume, LightIsTakenIntoThePlacedMastersObjectSpace) {
     indexedfaceset expected;
     const vector3d object_light = primitives::worldspace_to_objectspace(world_light, placed);
     reference::shadow_volume(placed.get_mesh(), object_light, true, expected);
-    const indexedfaceset& m = v.get_mesh();
-    ASSERT_GT(m.num_faces(), 0u);
-    EXPECT_EQ(dump(m), dump(expected));
-    // In the world, every far vertex lies on the ray from the light through its near vertex.
-    const matrix44d to_world = primitives::calc_transformation_matrix(placed);
-    for (std::uint32_t k = 0; k < m.num_vertices() / 4; ++k) {
-        const vector3d a = transform_vector(to_world, m.get_vertex(4 * k));
-        const vector3d far_a = transform_vector(to_world, m.get_vertex(4 * k + 3));
-        EXPECT_NEAR(cross(unit(a - world_light), unit(far_a - a)).length(), 0.0, 1e-9);
-        EXPECT_GT(dot(a - world_light, far_a - a), 0.0);
-    }
+    EXPECT_GT(v.get_mesh().num_faces(), 0u);
+    EXPECT_EQ(dump(v.get_mesh()), dump(expected));
 }
 
 TEST(ShadowVolumeDeathTest, OutputMustDifferAndAMasterIsNeeded) {
     indexedfaceset src;
-    fill(src, cube());
     EXPECT_DEATH(src.build_shadow_volume(vector3d(3.0, 3.0, 3.0), src), "&out != this");
     shadow_volume v(nullptr, vector3d(), 0.0, 0);
     EXPECT_DEATH(v.rebuild_mesh(), "m_master != 0");
