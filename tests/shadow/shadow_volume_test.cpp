@@ -142,43 +142,34 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
 
 TEST(ShadowVolume, SetLightRebuildsOnlyOnAChangedLightOrValue) {
     primitives::box b;
-    const vector3d light(2.5, 3.5, 4.0);
     shadow_volume v(&b, vector3d(2.5, 3.5, 4.5), 1.0, 4);
-    EXPECT_TRUE(v.active());
-    // The light it was made with is no change: still empty, but index and flag are taken.
-    v.set_light(vector3d(2.5, 3.5, 4.5), 1.0, 7, false);
-    EXPECT_EQ(v.get_mesh().num_styles(), 0u);
-    EXPECT_EQ(v.get_light_index(), 7u);
-    EXPECT_FALSE(v.active());
-    v.set_light(light, 1.0, 7, true);
-    EXPECT_EQ(v.get_mesh().num_faces(), 12u);
-    EXPECT_TRUE(v.active());
-    const auto largest_x = [&v] {  // of the near corners
+    // Per step: faces, light index, active, value, light x, y, z, largest x of the near corners.
+    std::ostringstream log;
+    const auto step = [&](double size, vector3d light, double value, std::uint32_t index) {
+        b.set_size(vector3d(size, 1.0, 1.0));
+        v.set_light(light, value, index, index != 7);
         double x = 0.0;
         for (std::uint32_t i = 0; i < v.get_mesh().num_vertices(); i += 4)
             x = std::fmax(
                 x, std::fmax(v.get_mesh().get_vertex(i).x, v.get_mesh().get_vertex(i + 1).x));
-        return x;
+        log << v.get_mesh().num_faces() << ' ' << v.get_light_index() << ' ' << v.active() << ' '
+            << v.get_light_value() << ' ' << v.get_light().x << ' ' << v.get_light().y << ' '
+            << v.get_light().z << ' ' << x << '\n';
     };
-    // Grow the box: the same light and value again, or only a new index, rebuild nothing.
-    b.set_size(vector3d(2.0, 2.0, 2.0));
-    v.set_light(light, 1.0, 8, true);
-    EXPECT_EQ(v.get_light_index(), 8u);
-    EXPECT_EQ(largest_x(), 1.0);
-    // A new value alone rebuilds, from the master's current mesh; so does each coordinate, and
-    // a NaN value (never equal) every time.
-    v.set_light(light, 2.0, 8, true);
-    EXPECT_EQ(v.get_light_value(), 2.0);
-    EXPECT_EQ(largest_x(), 2.0);
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    const vector3d moved[] = {{2.6, 3.5, 4.0}, {2.6, 3.6, 4.0}, {2.6, 3.6, 4.1}, {2.6, 3.6, 4.1}};
-    const double values[] = {2.0, 2.0, nan, nan};
-    for (int i = 0; i < 4; ++i) {
-        b.set_size(vector3d(3.0 + i, 1.0, 1.0));
-        v.set_light(moved[i], values[i], 8, true);
-        EXPECT_EQ(v.get_light(), moved[i]);
-        EXPECT_EQ(largest_x(), 3.0 + i);
-    }
+    step(1, {2.5, 3.5, 4.5}, 1.0,
+         7);  // the light it was made with: no change, index and flag taken
+    step(1, {2.5, 3.5, 4.0}, 1.0, 8);
+    step(2, {2.5, 3.5, 4.0}, 1.0, 9);  // the same light and value: only the index is taken
+    step(2, {2.5, 3.5, 4.0}, 2.0, 9);  // a new value alone rebuilds, from the current mesh
+    step(3, {2.6, 3.5, 4.0}, 2.0, 9);  // so does each coordinate, and a NaN value every time
+    step(4, {2.6, 3.6, 4.0}, 2.0, 9);
+    step(5, {2.6, 3.6, 4.1}, nan, 9);
+    step(6, {2.6, 3.6, 4.1}, nan, 9);
+    EXPECT_EQ(log.str(),
+              "0 7 0 1 2.5 3.5 4.5 0\n12 8 1 1 2.5 3.5 4 1\n12 9 1 1 2.5 3.5 4 1\n"
+              "12 9 1 2 2.5 3.5 4 2\n12 9 1 2 2.6 3.5 4 3\n12 9 1 2 2.6 3.6 4 4\n"
+              "12 9 1 nan 2.6 3.6 4.1 5\n12 9 1 nan 2.6 3.6 4.1 6\n");
 }
 
 TEST(ShadowVolume, LightIsTakenIntoThePlacedMastersObjectSpace) {

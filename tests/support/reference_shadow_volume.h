@@ -1,7 +1,5 @@
-// The two shadow-volume builders written out plainly, as oracles for the library's
-// indexedfaceset::build_shadow_volume (`oriented` false) and shadow_volume::rebuild_mesh
-// (`oriented` true, the light given in the master's object space). The output must match them
-// bit for bit. They share no code with the library beyond the face set they fill.
+// The two shadow-volume builders written out plainly: build_shadow_volume (`oriented` false) and
+// shadow_volume::rebuild_mesh (true, light in object space). They share no code with the library.
 #pragma once
 
 #include <cstdint>
@@ -20,9 +18,8 @@ inline void shadow_volume(const indexedfaceset& src, vector3d light, bool orient
                           indexedfaceset& out) {
     // A face set without half-edges leaves the unoriented output untouched.
     if (!oriented && src.num_edges() == 0) return;
-    // Silhouette edges. Unoriented: each paired edge once (from its lower vertex), when its faces
-    // are not clearly on the same side of the light, within a degree. Oriented: each half-edge
-    // whose face is lit or edge-on (dot <= 0) and whose twin's face is turned away (dot > 0).
+    // Unoriented: paired edges once whose faces are not clearly (by a degree) on the same side.
+    // Oriented: half-edges whose face is lit or edge-on (dot <= 0) and whose twin's is not.
     const double e = 0.017453292519943295;
     std::vector<const halfedge*> silhouette;
     for (std::uint32_t i = 0; i < src.num_edges(); ++i) {
@@ -52,8 +49,7 @@ inline void shadow_volume(const indexedfaceset& src, vector3d light, bool orient
         out.vertices()[4 * k + 1] = b;
         out.vertices()[4 * k + 2] = b + 100000.0 * unit(b - light);
         out.vertices()[4 * k + 3] = far_a;
-        // Oriented, the quad is turned by the side of the lit face's third corner c and the
-        // bend s of the edge (the sum of its face normals) against the quad's normal q.
+        // Oriented, turned by the lit face's third corner and the bend s against the normal.
         bool forward = true;
         if (oriented) {
             const face& lit = *h.face;

@@ -1,8 +1,5 @@
-// The textbook ear-clipping triangulator, written out step by step: an index array with
-// positions u, v, w stepping as u = v mod nv, every remaining point tested against every
-// candidate ear, clipped corners erased from the middle of the array. It is the oracle for the
-// library's triangulate() (tests/plane and fuzz/triangulate_fuzz.cpp), which must produce the
-// same triangles in the same order and fail the same way. It shares no code with the library.
+// The textbook ear clipper (index array, every point tested against every candidate ear), the
+// oracle for triangulate() in tests/plane, fuzz/ and bench/. It shares no code with the library.
 #pragma once
 
 #include <cmath>
