@@ -71,19 +71,18 @@ TEST(Colinear, RadiansAndReversals) {
 }
 
 TEST(TangentBasis, BinormalAlongDecreasingT) {
-    vector3d t(7, 7, 7), b(8, 8, 8);
-    ComputeTangentBasis({0, 0, 0}, {0, 0, 4}, {2, 0, 0}, {0, 0}, {1, 0}, {0, 1}, t, b);
-    EXPECT_EQ(t, vector3d(0, 0, 1));
-    EXPECT_EQ(b, vector3d(-1, 0, 0));
-    ComputeTangentBasis({0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0}, {3, 0}, {0, 2}, t, b);
-    EXPECT_EQ(t, vector3d(1, 0, 0));
-    EXPECT_EQ(b, vector3d(0, -1, 0));
-    t = vector3d(7, 7, 7);  // degenerate texture coordinates: the outputs are left alone
-    ComputeTangentBasis({0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0.5, 0.5}, {0.5, 0.5}, {1, 1}, t, b);
-    EXPECT_EQ(t, vector3d(7, 7, 7));
-    ComputeTangentBasis({1, 1, 1}, {1, 1, 1}, {1, 1, 1}, {0, 0}, {1, 0}, {0, 1}, t, b);
-    EXPECT_EQ(t, vector3d());  // a degenerate triangle gives zero vectors
-    EXPECT_EQ(b, vector3d());
+    using v3 = std::vector<vector3d>;
+    const auto basis = [](vector3d p1, vector3d p2, vector2d t0, vector2d t1, vector2d t2) {
+        vector3d t(7, 7, 7), b(8, 8, 8);
+        ComputeTangentBasis({0, 0, 0}, p1, p2, t0, t1, t2, t, b);
+        return v3{t, b};
+    };
+    EXPECT_EQ(basis({0, 0, 4}, {2, 0, 0}, {0, 0}, {1, 0}, {0, 1}), (v3{{0, 0, 1}, {-1, 0, 0}}));
+    EXPECT_EQ(basis({1, 0, 0}, {0, 1, 0}, {0, 0}, {3, 0}, {0, 2}), (v3{{1, 0, 0}, {0, -1, 0}}));
+    // Degenerate texture coordinates leave the outputs alone; a degenerate triangle zeroes them.
+    EXPECT_EQ(basis({1, 0, 0}, {0, 1, 0}, {0.5, 0.5}, {0.5, 0.5}, {1, 1}),
+              (v3{{7, 7, 7}, {8, 8, 8}}));
+    EXPECT_EQ(basis({0, 0, 0}, {0, 0, 0}, {0, 0}, {1, 0}, {0, 1}), (v3{{}, {}}));
 }
 
 matrix44d at(double x, double y, double z, double angle = 0, vector3d axis = {0, 0, 1}) {

@@ -65,9 +65,7 @@ TEST(ShadowVolumeMap, MarksDecideWhatTheSweepKeeps) {
     map.add_shadow_volume(volume(&a, 0));  // added this frame: marked, so kept
     map.remove_unused_volumes();
     ASSERT_EQ(map.num_records(), 1u);
-    EXPECT_TRUE(map.find_record(&a)->used);
     map.reset_records();  // not asked for since: the only record and its volume go
-    EXPECT_FALSE(map.find_record(&a)->used);
     map.remove_unused_volumes();
     EXPECT_EQ(map.num_records(), 0u);
     // A lookup of an unknown light still marks the record; an unused one goes with both volumes.
