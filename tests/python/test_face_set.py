@@ -60,10 +60,18 @@ def test_free_mesh_keeps_vertices_and_triangles_in_order() -> None:
     np.testing.assert_allclose(mesh.face_normals, [[0.0, 1.0, 0.0]] * 4)
 
 
+def test_empty_lists_are_empty_point_and_index_arrays() -> None:
+    mesh = facet.Mesh([], [])
+    assert mesh.vertices.shape == (0, 3) and mesh.triangles.shape == (0, 3)
+    assert facet.Polyline([]).mesh().num_vertices == 0
+    assert facet.triangulate([]).shape == (0, 3)
+
+
 def test_quad_texcoords_follow_its_corners() -> None:
     quad = facet.Quad()
     quad.texcoords = np.array([[0.0, 0.0], [0.5, 0.0], [0.5, 0.25], [0.0, 0.25]])
-    np.testing.assert_array_equal(quad.texcoords, [[0.0, 0.0], [0.5, 0.0], [0.5, 0.25], [0.0, 0.25]])
+    np.testing.assert_array_equal(quad.texcoords,
+                                  [[0.0, 0.0], [0.5, 0.0], [0.5, 0.25], [0.0, 0.25]])
     quad.texture_scale = (2.0, 4.0)
     mesh = quad.mesh()
     expected = np.array([[0, 0], [1, 0], [1, 1], [0, 0], [1, 1], [0, 1]], dtype=np.float32)

@@ -88,6 +88,9 @@ def test_tga_round_trip(tmp_path: Path) -> None:
     (tmp_path / "short.tga").write_bytes(Path(path).read_bytes()[:30])
     with pytest.raises(facet.ImageError, match="Error reading image data"):
         facet.read_tga(str(tmp_path / "short.tga"))
+    widest = np.zeros((1, 65535, 4), dtype=np.uint8)
+    facet.write_tga(path, widest)
+    assert facet.read_tga(path).shape == (1, 65535, 4)
     with pytest.raises(ValueError, match=r"\(height, width, 4\)"):
         facet.write_tga(path, np.zeros((3, 5, 3), dtype=np.uint8))
 

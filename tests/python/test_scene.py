@@ -26,6 +26,7 @@ def test_iteration_lookup_and_hierarchy(scene: facet.Scene) -> None:
     assert [type(o).__name__ for o in scene.objects()] == ["Box", "Cylinder", "Light"]
     post = scene["post"]
     assert post is scene[1] is scene[-2] is scene.find("post")
+    assert scene[0].name == "base" and scene[-3] is scene[0]
     assert post.parent is scene["base"] and scene["base"].children == [post]
     assert scene.find("nothing") is None and scene.index(post) == 1
     with pytest.raises(KeyError):
