@@ -110,6 +110,7 @@ def test_arrays_are_views_that_outlive_their_object() -> None:
     assert np.shares_memory(mesh.faces, arrays["faces"])
     assert np.shares_memory(mesh.face_styles, mesh.face_normals) is False
     assert all(not a.flags.owndata and not a.flags.writeable for a in arrays.values())
+    assert all(a.base is mesh for a in arrays.values())  # each holds the face set itself
     # faces and face_normals lie in the same records: a strided view over them.
     assert mesh.faces.strides[0] == mesh.face_normals.strides[0] > 12
     del obj, mesh
