@@ -174,29 +174,25 @@ TEST(PointInPolygon, HalfOpenEvenOddCrossings) {
     EXPECT_EQ(inside({}, {point(0, 0)}), "0");
 }
 
+// Found, then the low and high corners; NaN: the form without a margin.
+std::vector<double> bounds(const polygon& poly, double margin = nan) {
+    point lo(9, 9), hi(9, 9);
+    const bool found = std::isnan(margin) ? geometry::get_bounds(poly, lo, hi)
+                                          : geometry::get_bounds(poly, lo, hi, margin);
+    return {1.0 * found, lo[0], lo[1], hi[0], hi[1]};
+}
+
 TEST(GetBounds, MarginsEmptyAxesAndNaN) {
+    using v = std::vector<double>;
     const polygon p = {point(3, -1), point(-2, 4), point(5, 2)};
-    const struct {
-        polygon poly;
-        double margin;  // NaN: the form without a margin
-        bool found;
-        point lo, hi;
-    } cases[] = {
-        {p, nan, true, point(-2, -1), point(5, 4)},
-        {p, 0.5, true, point(-2.5, -1.5), point(5.5, 4.5)},
-        {p, -3.0, true, point(1, 2), point(2, 1)},  // shrinking may invert an axis
-        {{point(7, 8)}, nan, true, point(7, 8), point(7, 8)},
-        {{}, 2.0, false, point(inf, inf), point(-inf, -inf)},
-        {{point(nan, 1), point(2, nan), point(-1, 3)}, nan, true, point(-1, 1), point(2, 3)},
-        // The empty x axis stays empty, y grows.
-        {{point(nan, 1), point(nan, 5)}, 1.0, false, point(inf, 0), point(-inf, 6)}};
-    for (const auto& c : cases) {
-        point lo(9, 9), hi(9, 9);
-        EXPECT_EQ(std::isnan(c.margin) ? geometry::get_bounds(c.poly, lo, hi)
-                                       : geometry::get_bounds(c.poly, lo, hi, c.margin),
-                  c.found);
-        EXPECT_EQ(std::vector<point>({lo, hi}), std::vector<point>({c.lo, c.hi}));
-    }
+    EXPECT_EQ(bounds(p), (v{1, -2, -1, 5, 4}));
+    EXPECT_EQ(bounds(p, 0.5), (v{1, -2.5, -1.5, 5.5, 4.5}));
+    EXPECT_EQ(bounds(p, -3.0), (v{1, 1, 2, 2, 1}));  // shrinking may invert an axis
+    EXPECT_EQ(bounds({point(7, 8)}), (v{1, 7, 8, 7, 8}));
+    EXPECT_EQ(bounds({}, 2.0), (v{0, inf, inf, -inf, -inf}));
+    EXPECT_EQ(bounds({point(nan, 1), point(2, nan), point(-1, 3)}), (v{1, -1, 1, 2, 3}));
+    // The empty x axis stays empty, y grows.
+    EXPECT_EQ(bounds({point(nan, 1), point(nan, 5)}, 1.0), (v{0, inf, 0, -inf, 6}));
 }
 
 }  // namespace
