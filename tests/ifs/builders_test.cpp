@@ -28,25 +28,23 @@ std::unique_ptr<T> with_points(std::initializer_list<vector3d> points) {
 }  // namespace
 
 TEST(MeshBuilders, TakeTheObjectsAppearanceAndMakeTheStandardStyleOnlyWhenThereIsNone) {
-    std::vector<std::unique_ptr<primitives::basic_object>> objects;
-    objects.push_back(std::make_unique<primitives::box>());
-    objects.push_back(std::make_unique<primitives::quad>());
-    objects.push_back(with_points<primitives::polygon>({{0, 0, 0}, {2, 0, 0}, {2, 1, 0}}));
-    auto m = std::make_unique<primitives::mesh>();
-    m->set_vertices({vector3d(0, 0, 0), vector3d(1, 0, 0), vector3d(0, 1, 0), vector3d(1, 1, 0)});
-    m->add_quad(0, 1, 3, 2);
-    objects.push_back(std::move(m));
+    const std::vector<vector3d> corners = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    primitives::box box;
+    primitives::quad quad;
+    const auto polygon = with_points<primitives::polygon>({{0, 0, 0}, {2, 0, 0}, {2, 1, 0}});
+    primitives::mesh mesh;
+    mesh.set_vertices(corners);
+    mesh.add_triangle(0, 1, 2);
     graphics::custom_mesh triangle;
-    for (const vector3d& v : {vector3d(0, 0, 0), vector3d(1, 0, 0), vector3d(0, 1, 0)})
-        triangle.add_vertex(v);
+    triangle.set_vertices(corners);
     triangle.add_face(0, 1, 2);
-    objects.push_back(std::make_unique<primitives::custom>());
-    static_cast<primitives::custom&>(*objects.back()).set_inline_mesh(triangle);
-
+    primitives::custom custom;
+    custom.set_inline_mesh(triangle);
     const brush red(color(255, 0, 0), 0), blue(color(0, 0, 255), 0);
     const std::string modes = std::to_string(static_cast<int>(graphics::texture_mode::decal)) +
                               std::to_string(static_cast<int>(graphics::texgen_mode::box));
-    for (auto& o : objects) {
+    using objects = std::initializer_list<primitives::basic_object*>;
+    for (primitives::basic_object* o : objects{&box, &quad, polygon.get(), &mesh, &custom}) {
         SCOPED_TRACE(o->class_id());
         o->set_brush(red);
         o->set_pen(pen(color(0, 0, 255), 3));

@@ -195,7 +195,6 @@ TEST(Smoothing, FramesTurnFromATenthOfADegreeAndNeedCoordinatesAndHalfEdges) {
     fs.smooth_mesh(30.0);
     EXPECT_NE(fs.get_normal(0), fs.get_face(0).normal);
     EXPECT_EQ(fs.get_tangent(0), fs.get_face(0).tangent);
-    EXPECT_EQ(fs.get_bitangent(0), fs.get_face(0).bitangent);
     tilted_fan(fs, 0.02);  // tilt 0.573 degrees: the mean turns by 0.286, so does the frame
     fs.smooth_mesh(30.0);
     EXPECT_NE(fs.get_tangent(0), fs.get_face(0).tangent);

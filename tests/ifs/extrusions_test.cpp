@@ -50,10 +50,6 @@ void expect_round_sides(const indexedfaceset& fs, int n, const vector3d& mask, d
 TEST(ExtrudedPolygonMesh, AnyPlaneWindingAndDirectionGiveOutwardSolids) {
     std::vector<vector3d> clockwise = unit_square_xz;
     std::reverse(clockwise.begin(), clockwise.end());
-    const auto to_plane = [](std::vector<vector3d> v, int axis) {  // from y = 0 to x = 0 or z = 0
-        for (vector3d& p : v) p = axis == 0 ? vector3d(p.y, p.x, p.z) : vector3d(p.x, p.z, p.y);
-        return v;
-    };
     const vector3d one(1, 1, 1);
     const auto expect_solid = [](const std::vector<vector3d>& points, const vector3d& extrusion,
                                  const vector3d& scaling, double v, const char* caps) {
@@ -71,8 +67,10 @@ TEST(ExtrudedPolygonMesh, AnyPlaneWindingAndDirectionGiveOutwardSolids) {
     expect_solid(unit_square_xz, {0, -2, 0}, one, 2.0, "3 1 0|1 3 2|7 4 5|5 6 7");
     expect_solid(clockwise, {0, 2, 0}, one, 2.0, "2 0 3|0 2 1|6 7 4|4 5 6");
     expect_solid(clockwise, {0, -2, 0}, one, 2.0, "2 3 0|0 1 2|6 4 7|4 6 5");
-    expect_solid(to_plane(unit_square_xz, 0), {3, 0, 0}, one, 3.0, "2 0 3|0 2 1|6 7 4|4 5 6");
-    expect_solid(to_plane(clockwise, 2), {0, 0, 3}, one, 3.0, "2 3 0|0 1 2|6 4 7|4 6 5");
+    expect_solid({{0, 0, 0}, {0, 1, 0}, {0, 1, 1}, {0, 0, 1}}, {3, 0, 0}, one, 3.0,  // x = 0
+                 "2 0 3|0 2 1|6 7 4|4 5 6");
+    expect_solid({{0, 1, 0}, {1, 1, 0}, {1, 0, 0}, {0, 0, 0}}, {0, 0, 3}, one, 3.0,  // z = 0
+                 "2 3 0|0 1 2|6 4 7|4 6 5");
     expect_solid(unit_square_xz, {1, 1, 0.5}, one, 1.0, nullptr);  // oblique: base times height
     // Far square halved about the origin: h/3 (A1 + A2 + sqrt(A1 A2)).
     expect_solid({{-1, 0, -1}, {1, 0, -1}, {1, 0, 1}, {-1, 0, 1}}, {0, 1, 0}, {0.5, 1, 0.5},
@@ -210,7 +208,6 @@ TEST(PathExtrusionMesh, FailuresAndDegenerateInput) {
     p.set_profile({vector3d(0, 0, 0), vector3d(1, 0, 0), vector3d(0, 1, 0)});
     p.set_path({vector3d(1, 1, 1), vector3d(1, 1, 1)});  // no direction: an empty mesh
     EXPECT_EQ(build_error(p), "built 0 faces");
-    EXPECT_EQ(p.get_mesh().num_vertices(), 0u);
     p.set_path({vector3d(0, 0, 0), vector3d(0, 0, 1)});
     p.set_profile({vector3d(0, 0, 0), vector3d(1, 1, 0)});  // fewer than 3 points
     EXPECT_EQ(build_error(p), "built 0 faces");

@@ -14,7 +14,6 @@
 
 namespace ifs_test {
 
-using facet_test::is_closed;
 using facet_test::is_outward_solid;
 using facet_test::volume;
 
