@@ -10,8 +10,8 @@
 namespace facet_tool_test {
 namespace {
 
-// A floor quad (y = 0, 20 x 20), a box floating 3 units above its centre and a light up to the
-// left, so that the box's shadow falls on the floor around (4, 0, 0), in sight.
+// A 20 x 20 floor at y = 0, a box 3 above its centre and a light whose shadow of it is at (4, 0,
+// 0).
 facet::scene shadow_scene(const graphics::color& box_color) {
     facet::scene s;
     auto& floor = s.emplace<primitives::quad>();
@@ -37,8 +37,7 @@ protected:
             << err;
         return facet_tool::read_png(path("out.png"));
     }
-    // The channel c (3: r + g + b) of the darkest pixel within r of where `p` lands; with
-    // `pixel`, p names the pixel (p.x, p.y) itself.
+    // Channel c (3: r + g + b) of the darkest pixel within r of where p lands (or of pixel p).
     static int at(const facet_gl::rgba_image& img, const vector3d& p, int c = 3, int r = 0,
                   bool pixel = false) {
         const facet_gl::view v = facet_gl::make_view(facet::world_box{}, 160, 120,
@@ -88,10 +87,8 @@ TEST_F(render_test, ShadowsDarkenTheFloorButNotTheCasterAndOutlinesTheEdges) {
     const auto outlined = draw(s);
     const vector3d shadow(4, 0, 0), open_floor(4, 0, -4), box_top(0, 5, 0);
     EXPECT_LT(at(lit, shadow), at(plain, shadow) * 6 / 10);
-    EXPECT_LT(at(lit, shadow), at(lit, open_floor) * 6 / 10);
     EXPECT_EQ(at(lit, open_floor), at(plain, open_floor));
-    EXPECT_GT(at(lit, box_top), at(lit, shadow) * 2);  // not shadowed by its own volume
-    EXPECT_EQ(at(lit, box_top), at(plain, box_top));
+    EXPECT_EQ(at(lit, box_top), at(plain, box_top));  // not shadowed by its own volume
     for (const vector3d& edge : {vector3d(0, 5, 1), vector3d(-1, 4, 1)}) {
         EXPECT_LT(at(outlined, edge, 3, 1), 60);
         EXPECT_GT(at(lit, edge, 3, 1), 150);

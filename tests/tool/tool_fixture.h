@@ -1,10 +1,8 @@
-// The tool tests' set-up: a fresh folder per test, the sample files written there, the built
-// tool run in it, and the glTF validator.
+// The tool tests' set-up: a fresh folder per test, sample files, the tool run in it, the validator.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <cstdlib>
 #include <fstream>
@@ -32,13 +30,10 @@ protected:
     void write(const std::string& name, const std::string& text) const {
         std::ofstream(path(name), std::ios::binary) << text;
     }
-    bool exists(const std::string& name) const {
-        struct stat st;
-        return ::stat(path(name).c_str(), &st) == 0;
-    }
+    bool exists(const std::string& name) const { return std::ifstream(path(name)).good(); }
 
-    // Runs the tool in the test's folder; the exit status (-1 for none), output in out and err.
-    // Under LeakSanitizer, what Mesa's off-screen library keeps until exit is not reported.
+    // Runs the tool in the test's folder: its exit status (-1 for none), out and err; under
+    // LeakSanitizer, what Mesa's off-screen library keeps until exit is not reported.
     int run(const std::string& args) {
         const int raw = std::system(("cd '" + dir + "' && LSAN_OPTIONS=suppressions='" +
                                      FACET_SOURCE_DIR "/tests/tool/data/lsan_mesa.supp" +
@@ -50,7 +45,7 @@ protected:
         return raw != -1 && WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     }
 
-    // The validator finds no error in the file (scripts/bootstrap installs it); skips without node.
+    // The validator (from scripts/bootstrap) finds no error in the file; skips without node.
     void expect_valid(const std::string& name) const {
         if (std::system("command -v node >/dev/null 2>&1") != 0) GTEST_SKIP() << "no node";
         EXPECT_EQ(
@@ -63,10 +58,7 @@ protected:
             << read("v.txt");
     }
 
-    // scene.txt:  base  box 1 x 2 x 3 at (1, 0, 0), 90 degrees about y, alpha 128
-    //               post  cylinder of 6 divisions (14 vertices, 24 faces) at (0, 2, 0)
-    //               sun   light (no geometry)
-    //             ray   line (2 vertices, 1 line record)
+    // scene.txt: box "base" (children: cylinder "post", light "sun"), line "ray".
     // square.obj: two triangles of a unit square and a zero-area triangle.
     void write_samples() {
         facet::scene s;
