@@ -56,8 +56,8 @@ TEST_F(Repositories, PatternInitRegistersTheHatchOnEveryCallAndTextTexturesAreNe
     bitmap hatch;
     graphics::make_hatched_texture(color(0, 0, 0), color(255, 255, 255), 0.5f, 0.1f, 0.5f, 64,
                                    hatch);
-    EXPECT_TRUE(std::equal(hatch.begin(), hatch.end(), manager.created[0].begin()));
-    EXPECT_EQ(manager.created[0].width(), 64);
+    EXPECT_TRUE(std::equal(hatch.begin(), hatch.end(), manager.created[0].begin()) &&
+                manager.created[0].width() == 64);
     EXPECT_EQ(patterns.get_texture_id(graphics::pattern_repos::hatch), 100u);
     EXPECT_TRUE(patterns.is_pattern(100) && patterns.is_pattern(101) && !patterns.is_pattern(102));
     EXPECT_EQ(&graphics::get_pattern_repos(), &graphics::get_pattern_repos());
@@ -84,8 +84,7 @@ TEST_F(Repositories, LabelsAreCachedByTextAloneWithTheirMipmapLevelsDrawnAfresh)
     graphics::label_repos labels;
     const unsigned id = labels.get_texture_id("Go");
     EXPECT_EQ(labels.get_texture_id("Go"), id);
-    ASSERT_EQ(manager.created.size(), 1u);
-    EXPECT_TRUE(manager.levels.empty());
+    ASSERT_TRUE(manager.created.size() == 1u && manager.levels.empty());
     EXPECT_TRUE(is_label(manager.created[0], 48, magenta, yellow, 64, 64, "Go"));
 
     labels.set_fg_color(color(1, 2, 3));
@@ -107,8 +106,8 @@ TEST_F(Repositories, LabelsAreCachedByTextAloneWithTheirMipmapLevelsDrawnAfresh)
     labels.set_size(64, 16);
     labels.get_texture_id("8");
     ASSERT_EQ(manager.level_ids.size(), 5u + 4u);
-    EXPECT_EQ(manager.level_ids.back(), 10204u);
-    EXPECT_TRUE(manager.levels.back().width() == 4 && manager.levels.back().height() == 1);
+    EXPECT_TRUE(manager.level_ids.back() == 10204u && manager.levels.back().width() == 4 &&
+                manager.levels.back().height() == 1);
 }
 
 }  // namespace

@@ -18,8 +18,7 @@
 using graphics::bitmap;
 using graphics::color;
 
-// The largest single allocation of the program (the library's included), to show that a lying
-// header allocates nothing large.
+// The largest single allocation (the library's too): a lying header allocates nothing large.
 namespace {
 std::size_t g_largest_allocation = 0;
 }
@@ -38,8 +37,7 @@ namespace {
 
 using bytes = std::vector<unsigned char>;
 
-/// A scratch file of the running test and process (tests and whole test runs may run side by
-/// side), written unless `content` is empty.
+/// A scratch file of this test and process, written unless `content` is empty.
 std::string scratch(const std::string& name, const bytes& content = {}) {
     const std::string path = ::testing::TempDir() + "facet_" + std::to_string(::getpid()) + "_" +
                              ::testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
@@ -102,9 +100,7 @@ TEST(ReadTga, RejectsBadFilesWithTheirMessagesAndLeavesOutUnchanged) {
         } catch (const graphics::tga_exception& e) {
             EXPECT_EQ(e.what(), message);
         }
-        EXPECT_EQ(out.width(), 1);
-        EXPECT_EQ(out.get_pixel(0, 0), color(7, 8, 9, 10));
-        // A header claiming more than the file holds allocates no more than the file.
+        EXPECT_TRUE(out.width() == 1 && out.get_pixel(0, 0) == color(7, 8, 9, 10));
         EXPECT_LT(g_largest_allocation, std::size_t(1) << 20);
     }
 }
@@ -124,15 +120,13 @@ TEST(WriteTga, WritesUnswappedBytesSoReadingBackExchangesRedAndBlue) {
 
     bitmap back;
     graphics::read_tga(path.c_str(), back);
-    ASSERT_EQ(back.width(), 300);
-    ASSERT_EQ(back.height(), 61);
+    ASSERT_TRUE(back.width() == 300 && back.height() == 61);
     for (std::size_t i = 0; i < 300 * 61 * 4; i += 4) std::swap(expected[18 + i], expected[20 + i]);
     EXPECT_TRUE(std::equal(back.begin(), back.end(), expected.begin() + 18));
 
     graphics::write_tga(path.c_str(), bitmap(0, 5));  // the header alone
     graphics::read_tga(path.c_str(), back);
-    EXPECT_EQ(back.width(), 0);
-    EXPECT_EQ(back.begin(), back.end());
+    EXPECT_TRUE(back.width() == 0 && back.begin() == back.end());
     graphics::write_tga(scratch("no/such/dir/x.tga").c_str(), bitmap(1, 1));  // silent
     std::remove(path.c_str());
 }

@@ -1,5 +1,4 @@
-// OBJ import: the reading rules of parse_obj, hostile input, the normalisation steps and
-// obj2mesh with a model drawn by a custom object.
+// OBJ import: parse_obj's reading rules and hostile input, normalisation, obj2mesh.
 #include <gtest/gtest.h>
 
 #include <cfloat>
@@ -30,7 +29,7 @@ obj_info parse(const std::string& text) {
     return info;
 }
 
-/// What parse_obj makes of these vertices after reading them: the normalisation steps.
+/// The vertices as parse_obj normalises them.
 std::vector<vector3d> normalised(std::vector<vector3d> vertices) {
     obj_info raw;
     raw.vertices = std::move(vertices);
@@ -59,6 +58,15 @@ std::vector<int> face_materials(const obj_info& info) {
     return materials;
 }
 
+// Each face as its corner count and its four corners.
+std::vector<std::vector<idx>> corners_of(const obj_info& info) {
+    std::vector<std::vector<idx>> faces;
+    for (const auto& f : info.faces)
+        faces.push_back(
+            {idx(f.corner_count, 0, 0), f.corners[0], f.corners[1], f.corners[2], f.corners[3]});
+    return faces;
+}
+
 /// "v x y z" padded with blanks after the keyword to exactly `length` characters.
 std::string padded_vertex(const std::string& numbers, std::size_t length) {
     return "v" + std::string(length - 1 - numbers.size(), ' ') + numbers;
@@ -72,12 +80,9 @@ TEST(ObjParse, FacesGetTheCurrentMaterialAndComputedNormalsWhenTheFileHasNone) {
     EXPECT_EQ(materials_of(info), std::vector<std::string>{"__default__"});
     // (0, 0, 1) and (0, 1, 0) from the file's axes, then y and z swapped: (x, z, -y).
     EXPECT_EQ(info.normals, (std::vector<vector3d>{{0, 1, 0}, {0, 0, -1}}));
-    const int vertex[2][3] = {{0, 1, 2}, {0, 3, 1}};
-    for (int f = 0; f < 2; ++f) {
-        EXPECT_EQ(info.faces[f].corner_count, 3);
-        for (int c = 0; c < 3; ++c) EXPECT_EQ(info.faces[f].corners[c], idx(vertex[f][c], -1, f));
-        EXPECT_EQ(info.faces[f].corners[3], idx());  // unused
-    }
+    EXPECT_EQ(corners_of(info), (std::vector<std::vector<idx>>{
+                                    {{3, 0, 0}, {0, -1, 0}, {1, -1, 0}, {2, -1, 0}, idx()},
+                                    {{3, 0, 0}, {0, -1, 1}, {3, -1, 1}, {1, -1, 1}, idx()}}));
     const obj_info m = parse(three_vertices +
                              "f 1 2 3\nusemtl red\nf 1 2 3\nusemtl blue\nf 1 2 3\n"
                              "usemtl red\nf 1 2 3\nusemtl\nf 1 2 3\nUSEMTL blue\nf 1 2 3\n"
@@ -95,19 +100,15 @@ TEST(ObjParse, FaceCornerCountsAndTokens) {
                                 "f 4294967297 2147483648 1.5/2 1\n"  // no wrap to 32 bits
                                 "f 1 2 3 # note\n"  // a trailing comment is a corner, read as 0
                                 "f 1 2\nf\n");
-    const std::vector<std::vector<idx>> expected = {
-        {{0, -1, -1}, {1, -1, -1}, {2, -1, -1}, {3, -1, -1}},
-        {{6, -1, 2}, {0, 1, -1}, {0, 1, 2}, {3, -1, -1}},
-        {{-1, -1, -1}, {4, -1, -1}, {2, -1, -1}, {2, 3, -1}},
-        {{-2, -3, -4}, {-1, -1, -1}, {2147483646, -1, -1}, {-2147483647 - 1, -1, -1}},
-        {{-1, -1, -1}, {-1, -1, -1}, {0, -1, -1}, {0, -1, -1}},
-        {{0, -1, -1}, {1, -1, -1}, {2, -1, -1}, {-1, -1, -1}}};
-    ASSERT_EQ(info.faces.size(), expected.size());
-    for (std::size_t f = 0; f < expected.size(); ++f) {
-        EXPECT_EQ(info.faces[f].corner_count, 4);
-        for (std::size_t c = 0; c < 4; ++c)
-            EXPECT_EQ(info.faces[f].corners[c], expected[f][c]) << "face " << f << " corner " << c;
-    }
+    const idx four(4, 0, 0), none(-1, -1, -1);
+    EXPECT_EQ(corners_of(info),
+              (std::vector<std::vector<idx>>{
+                  {four, {0, -1, -1}, {1, -1, -1}, {2, -1, -1}, {3, -1, -1}},
+                  {four, {6, -1, 2}, {0, 1, -1}, {0, 1, 2}, {3, -1, -1}},
+                  {four, none, {4, -1, -1}, {2, -1, -1}, {2, 3, -1}},
+                  {four, {-2, -3, -4}, none, {2147483646, -1, -1}, {-2147483647 - 1, -1, -1}},
+                  {four, none, none, {0, -1, -1}, {0, -1, -1}},
+                  {four, {0, -1, -1}, {1, -1, -1}, {2, -1, -1}, none}}));
 }
 
 TEST(ObjParse, NumberCountsPerKeywordAndSinglePrecisionVertices) {
@@ -119,11 +120,9 @@ TEST(ObjParse, NumberCountsPerKeywordAndSinglePrecisionVertices) {
         "vn 0.1 0.2 0.3\nvn 1 2\nvn 1 2 3 4\nvn 0 1 0\nf 1 2 1");  // no final newline
     EXPECT_EQ(info.vertices,
               normalised({{0.1f, 0.2f, 0.3f}, {0, 0, 0}, {0, 0, 0}, {0, 0, 2.5}, {1.5, -0.5, 5}}));
-    ASSERT_EQ(info.texcoords.size(), 2u);
-    EXPECT_EQ(info.texcoords[0].u, 0.1);  // double precision, unlike vertices
-    EXPECT_EQ(info.texcoords[0].v, 0.2);
-    EXPECT_EQ(info.texcoords[1].u, 0.0);
-    EXPECT_EQ(info.texcoords[1].v, 0.0);
+    std::vector<double> uv;
+    for (const auto& t : info.texcoords) uv.insert(uv.end(), {t.u, t.v});
+    EXPECT_EQ(uv, (std::vector<double>{0.1, 0.2, 0, 0}));  // double precision, unlike vertices
     EXPECT_EQ(info.normals,
               (std::vector<vector3d>{{0.1, 0.3, -static_cast<double>(0.2f)}, {0, 0, -1}}));
     EXPECT_EQ(info.faces.size(), 1u);
@@ -199,9 +198,8 @@ TEST(ObjNormalise, SwapYzRoundsThroughSinglePrecisionAndTheBoxFollowsInDouble) {
     info.bounding_box = {1, 2, 0.1, 0.2, 5, 6};
     obj_import::swap_all_yz(info);
     EXPECT_EQ(info.vertices[0], vector3d(0.1, 0.3, -static_cast<double>(0.1f)));
-    EXPECT_EQ(info.vertices[1].z, -INFINITY);
-    EXPECT_EQ(info.vertices[2].z, INFINITY);
-    EXPECT_EQ(info.vertices[3].z, -static_cast<double>(FLT_MAX));
+    EXPECT_EQ((std::vector<double>{info.vertices[1].z, info.vertices[2].z, info.vertices[3].z}),
+              (std::vector<double>{-INFINITY, INFINITY, -static_cast<double>(FLT_MAX)}));
     EXPECT_EQ(info.normals[0], vector3d(0, 0.2, -static_cast<double>(0.7f)));
     EXPECT_EQ(box_of(info), (std::vector<double>{1, 2, 5, 6, -0.2, -0.1}));
 
@@ -217,8 +215,7 @@ TEST(ObjNormalise, SwapYzRoundsThroughSinglePrecisionAndTheBoxFollowsInDouble) {
     EXPECT_EQ(info.vertices[1], vector3d(2.5, 5.5, 8));
 }
 
-// A unit square as a quad in material "red", a triangle over it in "blue", then a triangle in
-// "red" again; the file's y axis points up.
+// A unit square as a quad in "red", a triangle over it in "blue", another in "red"; y is up.
 const std::string two_materials =
     "v 0 0 0\nv 1 0 0\nv 1 0 1\nv 0 0 1\nv 0 1 0\nusemtl red\nf 1 2 3 4\n"
     "usemtl blue\nf 1 5 2\nusemtl red\nf 4 5 1\n";
@@ -232,11 +229,10 @@ TEST(ObjToMesh, QuadsBecomeFansWithOneStylePerMaterialAndBadFacesThrow) {
     EXPECT_EQ(m.get_faces(), (std::vector<graphics::custom_mesh_face>{
                                  {0, 1, 2, 1}, {0, 2, 3, 1}, {0, 4, 1, 2}, {3, 4, 0, 1}}));
     ASSERT_EQ(m.num_styles(), 3u);
-    for (std::uint32_t s = 0; s < 3; ++s) {
-        EXPECT_EQ(m.get_style(s).name, materials_of(info)[s]);
-        EXPECT_EQ(m.get_style(s).brush, brush(color(255, 255, 255)));
-        EXPECT_EQ(m.get_style(s).pen, pen(color(0, 0, 0)));
-    }
+    for (std::uint32_t s = 0; s < 3; ++s)
+        EXPECT_TRUE(m.get_style(s).name == materials_of(info)[s] &&
+                    m.get_style(s).brush == brush(color(255, 255, 255)) &&
+                    m.get_style(s).pen == pen(color(0, 0, 0)));
     const struct {
         std::size_t face;
         int corner, vertex, corner_count;
@@ -258,27 +254,23 @@ TEST(ObjToMesh, QuadsBecomeFansWithOneStylePerMaterialAndBadFacesThrow) {
             EXPECT_STREQ(e.what(), c.message);
             EXPECT_EQ(e.face_index(), c.face);
         }
-        EXPECT_EQ(out.get_name(), "model");
-        EXPECT_EQ(out.get_faces(), m.get_faces());
+        EXPECT_TRUE(out.get_name() == "model" && out.get_faces() == m.get_faces());
     }
     info.faces[2].material = 17;  // copied as it is, even naming no material
     obj_import::obj2mesh(info, "odd", m);
     EXPECT_EQ(m.get_face(3).style, 17);
 
-    // Drawn by a custom object: the file's up axis y becomes -z, so the apex lies at z = 0 and
-    // the square at z = 10000 with its normal pointing away from the apex.
+    // Drawn by a custom object: y became -z, the apex at z = 0, the square's normal away from it.
     graphics::get_global_mesh_map().add_mesh(std::move(m));
     primitives::custom object("odd");
     object.set_brush(brush(color(9, 9, 9)));
     const indexedfaceset& fs = object.get_mesh();
-    ASSERT_EQ(fs.num_faces(), 4u);
-    ASSERT_EQ(fs.num_styles(), 3u);
-    EXPECT_EQ(fs.styles()[2].name, "blue");
-    EXPECT_EQ(fs.get_face(2).style, 2);
-    EXPECT_EQ(fs.get_face(2).brush, brush(color(255, 255, 255)));
-    EXPECT_EQ(fs.get_vertex(4), vector3d(0, 0, 0));
-    EXPECT_EQ(fs.get_vertex(2), vector3d(10000, 10000, 10000));
-    EXPECT_EQ(fs.get_face(0).normal, vector3d(0, 0, 1));
+    ASSERT_TRUE(fs.num_faces() == 4u && fs.num_styles() == 3u);
+    EXPECT_TRUE(fs.styles()[2].name == "blue" && fs.get_face(2).style == 2 &&
+                fs.get_face(2).brush == brush(color(255, 255, 255)));
+    EXPECT_TRUE(fs.get_vertex(4) == vector3d(0, 0, 0) &&
+                fs.get_vertex(2) == vector3d(10000, 10000, 10000) &&
+                fs.get_face(0).normal == vector3d(0, 0, 1));
     graphics::get_global_mesh_map().clear();
 }
 
