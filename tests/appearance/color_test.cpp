@@ -1,12 +1,11 @@
 // Colors, brushes and pens: packing, clamping, HSL, equality and the text forms.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <sstream>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "facet/appearance.h"
 
@@ -25,15 +24,12 @@ std::string text_of(const T& value) {
 
 TEST(Color, ComponentsWrapToEightBitsAndPackAsBgr) {
     // Each color and its components as 0xBBGGRRAA.
-    const std::pair<color, unsigned> cases[] = {{color(), 0x000000ff},
-                                                {color(0x12, 0x34, 0x56, 0x78), 0x56341278},
-                                                {color(1, 2, 3), 0x030201ff},
-                                                {color(256, 257, 511, 1024), 0xff010000},
-                                                {color(300, 0, 0), 0x00002cff}};
-    for (const auto& [c, packed] : cases) {
-        EXPECT_EQ(c.get_rgbvalue(), packed >> 8) << text_of(c);
-        EXPECT_EQ(c.get_alpha_component(), packed & 0xff) << text_of(c);
-    }
+    std::vector<unsigned> packed;
+    for (const color& c : {color(), color(0x12, 0x34, 0x56, 0x78), color(1, 2, 3),
+                           color(256, 257, 511, 1024), color(300, 0, 0)})
+        packed.push_back(c.get_rgbvalue() << 8 | c.get_alpha_component());
+    EXPECT_EQ(packed,
+              (std::vector<unsigned>{0xff, 0x56341278, 0x030201ff, 0xff010000, 0x00002cff}));
     color c(1, 2, 3, 7, 0.25, 9.0f);
     c.set(10, 20, 30);  // alpha back to 255, the extras stay
     EXPECT_EQ(c, color(10, 20, 30, 255, 0.25, 9.0f));
@@ -43,14 +39,13 @@ TEST(Color, ComponentsWrapToEightBitsAndPackAsBgr) {
 
 TEST(Color, ReflectionAndShininessAreClampedButNanIsKept) {
     color c;
-    for (double r : {-0.5, 2.0, 0.3}) {
-        c.set_reflection(r);
-        EXPECT_EQ(c.get_reflection(), std::clamp(r, 0.0, 1.0));
+    std::vector<double> got;
+    for (double v : {-0.5, 2.0, 0.3, 500.0, -1.0, 7.0}) {
+        c.set_reflection(v);
+        c.set_shininess(static_cast<float>(v));
+        got.insert(got.end(), {c.get_reflection(), c.get_shininess()});
     }
-    for (float s : {500.0f, -1.0f, 7.0f}) {
-        c.set_shininess(s);
-        EXPECT_EQ(c.get_shininess(), std::clamp(s, 0.0f, 128.0f));
-    }
+    EXPECT_EQ(got, (std::vector<double>{0, 0, 1, 2, 0.3, 0.3f, 1, 128, 0, 0, 1, 7}));
     c.set_reflection(std::numeric_limits<double>::quiet_NaN());
     EXPECT_TRUE(std::isnan(c.get_reflection()));
     EXPECT_TRUE(std::isnan(color(0, 0, 0, 0, 0.0, std::nanf("")).get_shininess()));
@@ -73,8 +68,7 @@ TEST(Color, ToHslRoundsEachStepToFloat) {
         float h = -1, s = -1, l = -1;
         t.c.to_hsl(h, s, l);
         EXPECT_FLOAT_EQ(h, t.h);
-        EXPECT_EQ(s, t.s);
-        EXPECT_EQ(l, t.l);
+        EXPECT_TRUE(s == t.s && l == t.l) << s << " " << l;
     }
 }
 
@@ -108,10 +102,8 @@ TEST(Appearance, TextFormsPutWidthBeforeStyleAndLeaveOutTheExtras) {
     std::string rest;
     is >> c >> rest >> b >> p;
     ASSERT_TRUE(is);
-    EXPECT_EQ(c, color(1, 2, 3, 4, 0.75, 4.0f));  // wrapped, extras kept
-    EXPECT_EQ(rest, "rest");
-    EXPECT_EQ(b, brush(color(10, 20, 30, 40), 7));
-    EXPECT_EQ(p, pen(color(1, 2, 3, 4), 5, 6));
+    EXPECT_TRUE(c == color(1, 2, 3, 4, 0.75, 4.0f) && rest == "rest" &&  // wrapped, extras kept
+                b == brush(color(10, 20, 30, 40), 7) && p == pen(color(1, 2, 3, 4), 5, 6));
     c.read(is);
     EXPECT_TRUE(is.fail());
 }
