@@ -72,15 +72,6 @@ TEST(TextTexture, CentredOpaqueBlendRoundedToTheNearestByteWithRowZeroAtTheBotto
     EXPECT_GT(bar, 2 * stem);  // the bar is on top
 }
 
-TEST(TextTexture, MinusSignWidensTheTextAndBothStayCentred) {
-    const ink_box plain = ink_of(draw("12", 48, 160, 64));
-    const ink_box negative = ink_of(draw("-12", 48, 160, 64));
-    EXPECT_GT(negative.right - negative.left, plain.right - plain.left + 8);
-    EXPECT_NEAR(plain.left, 159 - plain.right, 4);
-    EXPECT_NEAR(negative.left, 159 - negative.right, 4);
-    EXPECT_NEAR(negative.bottom, plain.bottom, 1);
-}
-
 TEST(TextTexture, TextLargerThanTheBitmapIsCutAtItsEdges) {
     const bitmap narrow = draw("WWWWWW", 48, 64, 64), wide = draw("WWWWWW", 48, 1024, 64);
     const bitmap low = draw("Hg", 48, 64, 16), tall = draw("Hg", 48, 64, 64);

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <string>
 
-#include "facet/math3d.h"
+#include "facet/spaces.h"
 #include "gl/view.h"
 #include "png_image.h"
 #include "tool_fixture.h"
@@ -42,17 +42,13 @@ protected:
                   bool pixel = false) {
         const facet_gl::view v = facet_gl::make_view(facet::world_box{}, 160, 120,
                                                      vector3d(0, 14, 16), vector3d(0, 0, 0));
-        matrix44d cam, screen;
-        v.cam.get_matrix(cam);
-        v.proj.get_matrix(screen);
-        const vector3d s = pixel ? p : transform_vector(screen * cam, p);
+        const vector3d s = pixel ? p : project(p, v.cam, v.proj);
         int best = 1 << 20;
-        for (int dy = -r; dy <= r; ++dy) {
+        for (int dy = -r; dy <= r; ++dy)
             for (int dx = -r; dx <= r; ++dx) {
                 const auto* q = &img.pixels[((int(s.y) + dy) * img.width + int(s.x) + dx) * 4];
                 best = std::min(best, c == 3 ? q[0] + q[1] + q[2] : int(q[c]));
             }
-        }
         return best;
     }
 };
