@@ -174,8 +174,10 @@ def test_ray_intersection_and_bounds(box: facet.Box) -> None:
 @pytest.mark.parametrize("mode", [facet.TexgenMode.NONE, facet.TexgenMode.SPHERE_MAP])
 def test_objects_without_faces_or_with_their_own_texcoords_build_in_any_texgen_mode(
         mode: facet.TexgenMode) -> None:
-    for obj in (facet.Quad(), facet.Polyline([[0, 0, 0], [1, 0, 0]]), facet.Polygon(),
-                facet.Mesh(), facet.Custom(), facet.Light()):
+    two = [[0, 0, 0], [1, 0, 0]]
+    for obj in (facet.Quad(), facet.Polyline(two), facet.Polygon(two), facet.Mesh(),
+                facet.ExtrudedPolygon(two), facet.PathExtrusion(np.eye(3), two[:1]),
+                facet.PathExtrusion(two, two), facet.Custom(), facet.Light()):
         obj.texgen_mode = mode
         assert obj.mesh().num_faces == (2 if isinstance(obj, facet.Quad) else 0)
 
