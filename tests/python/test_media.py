@@ -55,6 +55,7 @@ def test_obj_options_and_steps(obj_file: Path) -> None:
 def test_obj_becomes_a_custom_mesh_drawn_by_a_custom_object(obj_file: Path) -> None:
     mesh = facet.read_obj(str(obj_file)).to_mesh("tetra")
     assert (mesh.name, len(mesh.styles)) == ("tetra", 3)
+    np.testing.assert_array_equal(mesh.faces, [[0, 2, 1], [0, 1, 3], [0, 3, 2], [1, 2, 3]])
     np.testing.assert_array_equal(mesh.face_styles, [1, 1, 2, 2])
     facet.register_mesh(mesh)
     try:
@@ -88,9 +89,9 @@ def test_tga_round_trip(tmp_path: Path) -> None:
     (tmp_path / "short.tga").write_bytes(Path(path).read_bytes()[:30])
     with pytest.raises(facet.ImageError, match="Error reading image data"):
         facet.read_tga(str(tmp_path / "short.tga"))
-    widest = np.zeros((1, 65535, 4), dtype=np.uint8)
-    facet.write_tga(path, widest)
-    assert facet.read_tga(path).shape == (1, 65535, 4)
+    for largest in ((1, 65535, 4), (65535, 1, 4)):
+        facet.write_tga(path, np.zeros(largest, dtype=np.uint8))
+        assert facet.read_tga(path).shape == largest
     with pytest.raises(ValueError, match=r"\(height, width, 4\)"):
         facet.write_tga(path, np.zeros((3, 5, 3), dtype=np.uint8))
 
