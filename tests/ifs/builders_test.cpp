@@ -108,10 +108,11 @@ TEST(SolidMeshes, TablesOrientationAndSmoothing) {
               "1 2 3|1 9 2|2 10 3|3 10 11|9 17 2|2 17 10|0 11 10|0 10 17");
     EXPECT_TRUE(is_outward_solid(cyl));
     EXPECT_EQ(cyl.get_normal(0), vector3d(0, 1, 0));
-    EXPECT_NE(cyl.get_normal(3 * 8), cyl.get_face(8).normal);
+    const vector3d side_normal = cyl.get_face(8).normal;  // a copy: the rebuild moves the faces
+    EXPECT_NE(cyl.get_normal(3 * 8), side_normal);
     c.set_smoothing_threshold_angle(10.0);
     c.set_dirty(true);
-    EXPECT_EQ(c.get_mesh().get_normal(3 * 8), cyl.get_face(8).normal);
+    EXPECT_EQ(c.get_mesh().get_normal(3 * 8), side_normal);
 
     // Always twelve segments: the ring from +z, the base centre, the apex.
     primitives::cone k(2.0, 1.0);
