@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "commands.h"
+#include "gl/annotations.h"
 #include "gl/offscreen_context.h"
 #include "gl/renderer.h"
 #include "gl/texture_store.h"
@@ -84,12 +85,7 @@ facet_gl::rgba_image draw(facet::scene& s, int width, int height, bool bw, bool 
     facet_gl::texture_store textures;
     graphics::set_global_texture_manager(&textures);
     graphics::get_label_repos() = graphics::label_repos();
-    graphics::label_repos& labels = graphics::get_label_repos();
-    labels.set_size(128, 32);
-    labels.set_font_size(22);
-    labels.set_fg_color(graphics::color(20, 20, 20));
-    labels.set_bg_color(graphics::color(255, 255, 255));
-    labels.set_mipmap_gen_level(3);
+    facet_gl::use_label_style();
     graphics::get_pattern_repos() = graphics::pattern_repos();
     graphics::get_pattern_repos().init();
     try {

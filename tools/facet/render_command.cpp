@@ -5,6 +5,7 @@
 
 #include "commands.h"
 #include "facet/textures.h"
+#include "gl/annotations.h"
 #include "gl/offscreen_context.h"
 #include "gl/renderer.h"
 #include "gl/texture_store.h"
@@ -69,12 +70,7 @@ void run_render(const render_options& o) {
     }
     facet_gl::texture_store textures;
     const registration registered(textures);
-    graphics::label_repos& labels = graphics::get_label_repos();
-    labels.set_size(128, 32);
-    labels.set_font_size(22);
-    labels.set_fg_color(graphics::color(20, 20, 20));
-    labels.set_bg_color(graphics::color(255, 255, 255));
-    labels.set_mipmap_gen_level(3);
+    facet_gl::use_label_style();
     apply_material_textures(s, o.input, textures);
 
     facet_gl::renderer renderer(textures);

@@ -140,4 +140,13 @@ void draw_texts(const facet::scene& s, const std::vector<matrix44d>& world, cons
     glPopAttrib();
 }
 
+void use_label_style() {
+    graphics::label_repos& labels = graphics::get_label_repos();
+    labels.set_size(128, 32);
+    labels.set_font_size(22);
+    labels.set_fg_color(graphics::color(20, 20, 20));
+    labels.set_bg_color(graphics::color(255, 255, 255));
+    labels.set_mipmap_gen_level(3);
+}
+
 }  // namespace facet_gl

@@ -17,6 +17,10 @@ struct render_settings;
 void draw_billboards(const facet::scene& s, const std::vector<matrix44d>& world, const view& v,
                      const render_settings& settings, const texture_store& textures);
 
+/// Sets the process-wide label repository to the look of rendered labels: 128 x 32 pixels,
+/// 22-point dark grey text on white, mipmaps up to level 3. Labels made before keep their look.
+void use_label_style();
+
 /// Draws the label of every visible text object of `s` centred on its position, on top of
 /// everything, at the label texture's pixel size, in both modes (labels are text, not surface
 /// textures). Needs the global texture manager to be
