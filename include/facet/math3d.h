@@ -10,6 +10,7 @@
 // error is inverse() of a matrix whose determinant is exactly zero.
 #pragma once
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 
@@ -79,6 +80,11 @@ FACET_API void append_scaling(matrix44d& m, double sx, double sy, double sz);
 /// (w = 0 gives infinities). `out` may be `p`.
 FACET_API void transform_vector(const matrix44d& m, const vector3d& p, vector3d& out);
 FACET_API vector3d transform_vector(const matrix44d& m, const vector3d& p);
+/// transform_vector of `count` points: out[i] is transform_vector(m, in[i]), bit for bit. `out`
+/// may be `in` (transformed in place); otherwise the two arrays must not overlap. Does nothing
+/// when `count` is 0, when `in` and `out` may be null.
+FACET_API void transform_vectors(const matrix44d& m, const vector3d* in, std::size_t count,
+                                 vector3d* out);
 
 /// The upper-left 3×3 block times the direction v; no translation, no division.
 FACET_API void transform_vector_3x3(const matrix44d& m, const vector3d& v, vector3d& out);

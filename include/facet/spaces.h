@@ -9,10 +9,17 @@
 // projective transform_vector, division by w included; a point on the eye plane of a
 // perspective projector therefore gives infinite coordinates.
 //
+// Each conversion also has an array form for per-frame work on many points: it builds (and
+// inverts) its matrix once per call and gives, point for point, the same bits as the single-
+// point form. `out` may be `points` (converted in place); otherwise the arrays must not
+// overlap. A count of 0 does nothing and throws nothing. The backward forms throw EMatrix
+// before writing anything.
+//
 // The backward conversions (unproject, camera2worldspace, screen2camera) invert a matrix. When
 // it is singular – a camera whose direction or up direction is zero or parallel, a zero-sized
 // viewport – they throw EMatrix("Determinant is 0, cannot create inverse") unchanged.
 #pragma once
+#include <cstddef>
 
 #include "facet/camera.h"
 #include "facet/export.h"
@@ -53,6 +60,27 @@ FACET_API vector3d screen2camera(const vector3d& point, const projector& proj);
 /// by w), its direction and up direction by the upper-left 3×3 block, both then normalised by
 /// the camera constructor. The result's scene rotation is 0; it is not carried over.
 FACET_API camera transform(const camera& cam, const matrix44d& m);
+
+// ---- array forms ------------------------------------------------------------------------------
+
+/// project of points[0 .. count) into out[0 .. count).
+FACET_API void project(const vector3d* points, std::size_t count, vector3d* out, const camera& cam,
+                       const projector& proj);
+/// unproject of points[0 .. count) into out[0 .. count).
+FACET_API void unproject(const vector3d* points, std::size_t count, vector3d* out,
+                         const camera& cam, const projector& proj);
+/// camera2worldspace of points[0 .. count) into out[0 .. count).
+FACET_API void camera2worldspace(const vector3d* points, std::size_t count, vector3d* out,
+                                 const camera& cam);
+/// worldspace2camera of points[0 .. count) into out[0 .. count).
+FACET_API void worldspace2camera(const vector3d* points, std::size_t count, vector3d* out,
+                                 const camera& cam);
+/// camera2screen of points[0 .. count) into out[0 .. count).
+FACET_API void camera2screen(const vector3d* points, std::size_t count, vector3d* out,
+                             const projector& proj);
+/// screen2camera of points[0 .. count) into out[0 .. count).
+FACET_API void screen2camera(const vector3d* points, std::size_t count, vector3d* out,
+                             const projector& proj);
 
 /// Tolerant comparison of camera directions: true when |a − b| is strictly less than 1e-6
 /// (false for a NaN distance).

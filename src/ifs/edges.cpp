@@ -1,8 +1,10 @@
 // indexedfaceset: outline marks, independent of the view (sharp edges) and for a view
 // (creases and silhouettes).
 #include <cmath>
+#include <vector>
 
 #include "facet/camera.h"
+#include "facet/check.h"
 #include "facet/ifs.h"
 #include "facet/projector.h"
 
@@ -65,15 +67,31 @@ void indexedfaceset::determine_visible_edges(const camera& cam, const projector&
                                              double angle) {
     if (!m_silhouette_edges) return;
     const double threshold = std::cos(angle * geometry::pi / 180.0);
-    for (halfedge& e : m_edges) {
-        const vector3d view = proj.get_viewvector(m_vertices[e.vertex], cam);
+
+    // The view vector depends on the start vertex alone, so it is asked of the projector once
+    // per vertex rather than once per half-edge. The buffer outlives the call so that a face set
+    // redrawn every frame does not allocate.
+    thread_local std::vector<vector3d> views;
+    const std::uint32_t num_vertices = m_vertices.size();
+    views.resize(num_vertices);
+    for (std::uint32_t v = 0; v < num_vertices; ++v)
+        views[v] = proj.get_viewvector(m_vertices[v], cam);
+
+    // Both half-edges of a pair set the marks of both; the one later in the array decides (with
+    // its own start vertex's view vector), so each pair is marked once, at that half-edge.
+    halfedge* const edges = m_edges.data();
+    const std::uint32_t num_edges = m_edges.size();
+    for (std::uint32_t i = 0; i < num_edges; ++i) {
+        halfedge& e = edges[i];
         if (e.m_twinedge == nullptr) {
             e.set_drawn(true);
             continue;
         }
+        if (e.m_twinedge > &e && e.m_twinedge->m_twinedge == &e) continue;  // the twin decides
+        FACET_CHECK(e.vertex < num_vertices);
         const vector3d& na = e.face->normal;
         const vector3d& nb = e.m_twinedge->face->normal;
         const double d = dot(na, nb);
-        mark_pair(e, d <= threshold || is_silhouette(na, nb, view));
+        mark_pair(e, d <= threshold || is_silhouette(na, nb, views[e.vertex]));
     }
 }

@@ -159,6 +159,23 @@ vector3d transform_vector(const matrix44d& m, const vector3d& p) {
     return out;
 }
 
+void transform_vectors(const matrix44d& m, const vector3d* in, std::size_t count, vector3d* out) {
+    // The matrix is read into locals once, so the loop is plain arithmetic the compiler can keep
+    // in registers; the expressions are those of transform_vector.
+    const double m00 = m(0, 0), m01 = m(0, 1), m02 = m(0, 2), m03 = m(0, 3);
+    const double m10 = m(1, 0), m11 = m(1, 1), m12 = m(1, 2), m13 = m(1, 3);
+    const double m20 = m(2, 0), m21 = m(2, 1), m22 = m(2, 2), m23 = m(2, 3);
+    const double m30 = m(3, 0), m31 = m(3, 1), m32 = m(3, 2), m33 = m(3, 3);
+    for (std::size_t i = 0; i < count; ++i) {
+        const vector3d p = in[i];
+        const double w = m30 * p.x + m31 * p.y + m32 * p.z + m33;
+        const double x = (m00 * p.x + m01 * p.y + m02 * p.z + m03) / w;
+        const double y = (m10 * p.x + m11 * p.y + m12 * p.z + m13) / w;
+        const double z = (m20 * p.x + m21 * p.y + m22 * p.z + m23) / w;
+        out[i] = vector3d(x, y, z);
+    }
+}
+
 void transform_vector_3x3(const matrix44d& m, const vector3d& v, vector3d& out) {
     const double x = m(0, 0) * v.x + m(0, 1) * v.y + m(0, 2) * v.z;
     const double y = m(1, 0) * v.x + m(1, 1) * v.y + m(1, 2) * v.z;

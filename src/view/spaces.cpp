@@ -56,4 +56,42 @@ camera transform(const camera& cam, const matrix44d& m) {
     return camera(position, direction, updir);
 }
 
+// ---- array forms: one matrix per call ---------------------------------------------------------
+
+void project(const vector3d* points, std::size_t count, vector3d* out, const camera& cam,
+             const projector& proj) {
+    if (count == 0) return;
+    transform_vectors(calc_transformation_matrix(cam, proj), points, count, out);
+}
+
+void unproject(const vector3d* points, std::size_t count, vector3d* out, const camera& cam,
+               const projector& proj) {
+    if (count == 0) return;
+    transform_vectors(inverse(calc_transformation_matrix(cam, proj)), points, count, out);
+}
+
+void camera2worldspace(const vector3d* points, std::size_t count, vector3d* out,
+                       const camera& cam) {
+    if (count == 0) return;
+    transform_vectors(inverse(view_matrix(cam)), points, count, out);
+}
+
+void worldspace2camera(const vector3d* points, std::size_t count, vector3d* out,
+                       const camera& cam) {
+    if (count == 0) return;
+    transform_vectors(view_matrix(cam), points, count, out);
+}
+
+void camera2screen(const vector3d* points, std::size_t count, vector3d* out,
+                   const projector& proj) {
+    if (count == 0) return;
+    transform_vectors(screen_matrix(proj), points, count, out);
+}
+
+void screen2camera(const vector3d* points, std::size_t count, vector3d* out,
+                   const projector& proj) {
+    if (count == 0) return;
+    transform_vectors(inverse(screen_matrix(proj)), points, count, out);
+}
+
 bool equal_cam_dirs(const vector3d& a, const vector3d& b) { return (a - b).length() < 1e-6; }
