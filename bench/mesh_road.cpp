@@ -1,21 +1,28 @@
 // get_mesh of large free meshes and custom meshes (rebuilt in place, and a free mesh's first
-// build into a fresh face set), beside OpenMesh building the same grid in the
-// same program (add_vertex / add_face, then face and vertex normals), at three sizes each, and
-// the stages of get_mesh one by one. After the runs a table gives the CPU time of each size,
-// facet's ratio to OpenMesh and the growth from one size to the next (a 4x larger grid should
-// take about 4x as long).
+// build into a fresh face set), beside OpenMesh building the same grid in the same program
+// (add_vertex / add_face, then face and vertex normals), at three sizes each; the stages of
+// get_mesh one by one, each beside a "one pass" row that reads the stage's input bytes and
+// writes its output bytes once; and smoothing at the centre of curved fans, whose cost grows
+// with the square of the fan by definition (every corner sums the distinct normals around the
+// vertex), beside OpenMesh building the same fans. After the runs a table (bench/ratio_table.h)
+// gives the best CPU time of each size, the ratio to the peer row and the growth from one size
+// to the next (a 4x larger grid should take about 4x as long), with the kernel's share of the
+// CPU time ("sys%", from getrusage) of the whole builds.
+//
+// Run with repetitions for the best of several: --benchmark_repetitions=3.
 //
 // The grid: n × n quads over (n + 1)² vertices on a gentle wave, two triangles per quad, so
 // 250, 500 and 1000 give 125k, 500k and 2M triangles.
 #include <benchmark/benchmark.h>
+#include <sys/resource.h>
 
 #include <facet/custom_mesh.h>
 #include <facet/ifs.h>
 #include <facet/primitives.h>
 
 #include <cmath>
-#include <cstdio>
-#include <map>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +30,8 @@
 #ifdef FACET_BENCH_OPENMESH
 #include <OpenMesh/Core/Mesh/TriMesh_ArrayKernelT.hh>
 #endif
+
+#include "ratio_table.h"
 
 namespace {
 
@@ -48,13 +57,43 @@ grid make_grid(std::uint32_t n) {
     return g;
 }
 
+// The fan: n triangles around vertex 0 on a wavy rim, so that the faces around the centre have
+// n different normals within the smoothing threshold.
+grid make_fan(std::uint32_t n) {
+    grid g;
+    g.vertices.emplace_back(0.0, 0.0, 0.0);
+    for (std::uint32_t i = 0; i < n; ++i) {
+        const double t = 6.283185307179586 * i / n;
+        g.vertices.emplace_back(std::cos(t), 0.2 * std::sin(7.0 * t), std::sin(t));
+    }
+    for (std::uint32_t i = 0; i < n; ++i)
+        for (std::uint32_t v : {0u, 1 + (i + 1) % n, 1 + i}) g.triangles.push_back(v);
+    return g;
+}
+
 void count_faces(benchmark::State& state, std::uint32_t faces) {
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * faces);
     state.counters["faces"] = faces;
 }
 
-primitives::mesh grid_mesh(std::uint32_t n) {
-    const grid g = make_grid(n);
+// The kernel's share of this thread's CPU time between construction and report(), in percent.
+class kernel_share {
+public:
+    kernel_share() { getrusage(RUSAGE_THREAD, &m_start); }
+    void report(benchmark::State& state) const {
+        rusage end{};
+        getrusage(RUSAGE_THREAD, &end);
+        const double user = seconds(end.ru_utime) - seconds(m_start.ru_utime);
+        const double sys = seconds(end.ru_stime) - seconds(m_start.ru_stime);
+        state.counters["sys%"] = user + sys > 0.0 ? 100.0 * sys / (user + sys) : 0.0;
+    }
+
+private:
+    static double seconds(const timeval& t) { return t.tv_sec + 1e-6 * t.tv_usec; }
+    rusage m_start{};
+};
+
+primitives::mesh make_mesh(const grid& g) {
     primitives::mesh m;
     m.set_vertices(g.vertices);
     std::vector<primitives::mesh::triangle> triangles;
@@ -64,26 +103,35 @@ primitives::mesh grid_mesh(std::uint32_t n) {
     return m;
 }
 
+primitives::mesh grid_mesh(std::uint32_t n) { return make_mesh(make_grid(n)); }
+
 // get_mesh of a dirty object whose face set already holds a mesh of the same size (the host
 // edits and redraws).
-void facet_mesh(benchmark::State& state) {
-    const primitives::mesh m = grid_mesh(static_cast<std::uint32_t>(state.range(0)));
+void rebuild(benchmark::State& state, const primitives::mesh& m) {
     m.get_mesh();
+    const kernel_share kernel;
     for (auto _ : state) {
         m.set_dirty(true);
         benchmark::DoNotOptimize(m.get_mesh().num_faces());
     }
+    kernel.report(state);
     count_faces(state, m.get_mesh().num_faces());
+}
+
+void facet_mesh(benchmark::State& state) {
+    rebuild(state, grid_mesh(static_cast<std::uint32_t>(state.range(0))));
 }
 
 // The first build: into a fresh face set each time (destroyed in the loop, as OpenMesh's).
 void facet_mesh_first_build(benchmark::State& state) {
     const primitives::mesh m = grid_mesh(static_cast<std::uint32_t>(state.range(0)));
+    const kernel_share kernel;
     for (auto _ : state) {
         indexedfaceset fs;
         m.fill_mesh(fs);
         benchmark::DoNotOptimize(fs.num_faces());
     }
+    kernel.report(state);
     count_faces(state, m.get_mesh().num_faces());
 }
 
@@ -98,17 +146,24 @@ void facet_custom(benchmark::State& state) {
     primitives::custom c;
     c.set_inline_mesh(std::move(source));
     c.get_mesh();
+    const kernel_share kernel;
     for (auto _ : state) {
         c.set_dirty(true);
         benchmark::DoNotOptimize(c.get_mesh().num_faces());
     }
+    kernel.report(state);
     count_faces(state, c.get_mesh().num_faces());
 }
 
+// Smoothing at the centre of a fan: quadratic in the fan's size by definition.
+void facet_fan(benchmark::State& state) {
+    rebuild(state, make_mesh(make_fan(static_cast<std::uint32_t>(state.range(0)))));
+}
+
 #ifdef FACET_BENCH_OPENMESH
-void openmesh(benchmark::State& state) {
-    const grid g = make_grid(static_cast<std::uint32_t>(state.range(0)));
+void openmesh_build(benchmark::State& state, const grid& g) {
     std::size_t faces = 0;
+    const kernel_share kernel;
     for (auto _ : state) {
         OpenMesh::TriMesh_ArrayKernelT<> mesh;
         std::vector<OpenMesh::VertexHandle> handles;
@@ -125,7 +180,16 @@ void openmesh(benchmark::State& state) {
         faces = mesh.n_faces();
         benchmark::DoNotOptimize(mesh.normal(OpenMesh::VertexHandle(0))[1]);
     }
+    kernel.report(state);
     count_faces(state, static_cast<std::uint32_t>(faces));
+}
+
+void openmesh(benchmark::State& state) {
+    openmesh_build(state, make_grid(static_cast<std::uint32_t>(state.range(0))));
+}
+
+void openmesh_fan(benchmark::State& state) {
+    openmesh_build(state, make_fan(static_cast<std::uint32_t>(state.range(0))));
 }
 #endif
 
@@ -173,6 +237,62 @@ void stage_smoothing(benchmark::State& s) {
     stage(s, [](indexedfaceset& fs) { fs.smooth_mesh(80.0); });
 }
 
+// "One pass" over a stage's own bytes: sums its input arrays (8 bytes at a time) and fills its
+// output arrays once, in buffers allocated and touched before the loop. The byte counts are
+// those of the arrays (or the fields of the records) that the stage reads and writes, for a
+// grid of n × n quads: F faces, V vertices and 3F half-edges and corners.
+struct stage_bytes {
+    std::size_t in;
+    std::size_t out;
+};
+
+constexpr std::size_t vec = sizeof(vector3d);           // one position, normal, tangent
+constexpr std::size_t idx = 3 * sizeof(std::uint32_t);  // one face's three indices
+
+stage_bytes bytes_of(const char* stage, std::size_t v, std::size_t f) {
+    const std::string name = stage;
+    const std::size_t corners = 3 * f;
+    // Positions and face corners in; face normal and three corner normals out.
+    if (name == "normals") return {v * vec + f * idx, f * vec + corners * vec};
+    // Face corners in; three half-edge records per face out.
+    if (name == "halfedges") return {f * idx, corners * sizeof(halfedge)};
+    // Half-edge records and face normals in; the half-edges' flags out.
+    if (name == "sharp_edges") return {corners * sizeof(halfedge) + f * vec, corners * 4};
+    // Positions, face corners and normals in; texture coordinates, their indices, the face's
+    // tangent and bitangent and the corner tangents and bitangents out.
+    if (name == "texcoords_and_tangents")
+        return {v * vec + f * (idx + vec),
+                corners * sizeof(texcoord) + f * (idx + 2 * vec) + 2 * corners * vec};
+    // Face corners, normals, tangents and bitangents and the half-edges in; the corner normals,
+    // tangents and bitangents out.
+    if (name == "smoothing")
+        return {f * (idx + 3 * vec) + corners * sizeof(halfedge), 3 * corners * vec};
+    // The mesh's positions and triangles in; the face set's positions and face records out.
+    return {v * vec + f * idx, v * vec + f * sizeof(face)};
+}
+
+void one_pass(benchmark::State& state, const char* stage) {
+    const auto n = static_cast<std::size_t>(state.range(0));
+    const stage_bytes b = bytes_of(stage, (n + 1) * (n + 1), 2 * n * n);
+    std::vector<std::uint64_t> in(b.in / 8, 1);
+    std::vector<std::uint64_t> out(b.out / 8, 0);
+    for (auto _ : state) {
+        std::uint64_t sum = 0;
+        for (std::uint64_t w : in) sum += w;
+        std::fill(out.begin(), out.end(), sum);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.counters["MB"] = static_cast<double>(b.in + b.out) / 1e6;
+}
+
+void pass_normals(benchmark::State& s) { one_pass(s, "normals"); }
+void pass_halfedges(benchmark::State& s) { one_pass(s, "halfedges"); }
+void pass_sharp_edges(benchmark::State& s) { one_pass(s, "sharp_edges"); }
+void pass_texcoords_and_tangents(benchmark::State& s) { one_pass(s, "texcoords_and_tangents"); }
+void pass_smoothing(benchmark::State& s) { one_pass(s, "smoothing"); }
+void pass_copy_input(benchmark::State& s) { one_pass(s, "copy_input"); }
+
 #define SIZES ->Arg(250)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond)
 BENCHMARK(facet_mesh) SIZES;
 BENCHMARK(facet_mesh_first_build) SIZES;
@@ -181,61 +301,39 @@ BENCHMARK(facet_custom) SIZES;
 BENCHMARK(openmesh) SIZES;
 #endif
 BENCHMARK(stage_normals) SIZES;
+BENCHMARK(pass_normals) SIZES;
 BENCHMARK(stage_halfedges) SIZES;
+BENCHMARK(pass_halfedges) SIZES;
 BENCHMARK(stage_sharp_edges) SIZES;
+BENCHMARK(pass_sharp_edges) SIZES;
 BENCHMARK(stage_texcoords_and_tangents) SIZES;
+BENCHMARK(pass_texcoords_and_tangents) SIZES;
 BENCHMARK(stage_smoothing) SIZES;
+BENCHMARK(pass_smoothing) SIZES;
+BENCHMARK(pass_copy_input) SIZES;
 
-// The console output, then a table of CPU times per size with the ratio to OpenMesh and the
-// growth over the next smaller size.
-class ratio_reporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& r : runs) {
-            if (r.run_type != Run::RT_Iteration || r.error_occurred) continue;
-            const std::string name = r.benchmark_name();
-            const auto slash = name.find('/');
-            const std::string family = name.substr(0, slash);
-            const long size = slash == std::string::npos ? 0 : std::stol(name.substr(slash + 1));
-            m_cpu[family][size] = r.GetAdjustedCPUTime();
-        }
-    }
-
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        const auto peer = m_cpu.find("openmesh");
-        std::printf("\n%-30s %6s %12s %10s %8s\n", "CPU time (ms)", "n", "time", "/openmesh",
-                    "growth");
-        for (const auto& [family, sizes] : m_cpu) {
-            double previous = 0.0;
-            for (const auto& [size, time] : sizes) {
-                std::printf("%-30s %6ld %12.2f", family.c_str(), size, time);
-                if (family.rfind("facet_", 0) == 0 && peer != m_cpu.end() &&
-                    peer->second.count(size) != 0)
-                    std::printf(" %10.2f", time / peer->second.at(size));
-                else
-                    std::printf(" %10s", "-");
-                if (previous > 0.0)
-                    std::printf(" %8.2f\n", time / previous);
-                else
-                    std::printf(" %8s\n", "-");
-                previous = time;
-            }
-        }
-    }
-
-private:
-    std::map<std::string, std::map<long, double>> m_cpu;
-};
+#define FANS ->Arg(1000)->Arg(4000)->Arg(16000)->Unit(benchmark::kMillisecond)
+BENCHMARK(facet_fan) FANS;
+#ifdef FACET_BENCH_OPENMESH
+BENCHMARK(openmesh_fan) FANS;
+#endif
 
 }  // namespace
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    ratio_reporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    facet_bench::ratio_table table({{"facet_mesh", "openmesh"},
+                                    {"facet_mesh_first_build", "openmesh"},
+                                    {"facet_custom", "openmesh"},
+                                    {"facet_fan", "openmesh_fan"},
+                                    {"stage_normals", "pass_normals"},
+                                    {"stage_halfedges", "pass_halfedges"},
+                                    {"stage_sharp_edges", "pass_sharp_edges"},
+                                    {"stage_texcoords_and_tangents", "pass_texcoords_and_tangents"},
+                                    {"stage_smoothing", "pass_smoothing"}},
+                                   {"sys%"});
+    benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
     return 0;
 }
