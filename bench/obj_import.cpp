@@ -1,6 +1,16 @@
 // OBJ import at three sizes, so that the (linear) growth shows: parse_obj on generated model
 // text with vertices, texture coordinates, normals, triangles and a few materials, and on the
-// same grid as bare vertices and quads, whose normals the reader computes; obj2mesh of both.
+// same grid as bare vertices and quads, whose normals the reader computes; obj2mesh of the
+// triangle models.
+//
+// Beside each parse runs its limit, read_memchr: the same in-memory stream read in blocks of
+// the size parse_obj reads with istream::read, and its newlines counted with memchr, which is
+// what any line reader has to do at least. After the runs a table gives, per row and size, the
+// best CPU time of the repetitions, the throughput, the ratio to the limit and the growth over
+// the next smaller size (4x the text or the triangles should take about 4x as long).
+//
+// Sizes are face counts: 1M, 2M and 4M faces give about 104, 210 and 440 MB of triangle text.
+// Run with --benchmark_repetitions=5 to take the best of five on a loaded machine.
 #include <benchmark/benchmark.h>
 
 #include <facet/custom_mesh.h>
@@ -8,11 +18,13 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <istream>
 #include <map>
 #include <streambuf>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -33,6 +45,7 @@ std::string make_model(long faces, bool quads) {
     const long k = static_cast<long>(std::lround(std::sqrt(static_cast<double>(cells))));
     const long n = k + 1;
     std::string text = "# generated grid\nmtllib grid.mtl\no grid\n";
+    text.reserve(static_cast<std::size_t>(faces) * (quads ? 60 : 112));
     char line[256];
     for (long r = 0; r < n; ++r) {
         for (long c = 0; c < n; ++c) {
@@ -79,6 +92,12 @@ const std::string& model(long faces, bool quads) {
     return text;
 }
 
+void report_bytes(benchmark::State& state, const std::string& text) {
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) *
+                            static_cast<int64_t>(text.size()));
+    state.counters["MB"] = static_cast<double>(text.size()) / 1e6;
+}
+
 void run_parse(benchmark::State& state, bool quads) {
     const std::string& text = model(state.range(0), quads);
     obj_import::obj_info info;
@@ -88,31 +107,54 @@ void run_parse(benchmark::State& state, bool quads) {
         obj_import::parse_obj(in, info);
         benchmark::DoNotOptimize(info.faces.data());
     }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
-    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * info.faces.size()));
+    report_bytes(state, text);
     state.counters["faces"] = static_cast<double>(info.faces.size());
-    state.counters["MB"] = static_cast<double>(text.size()) / 1e6;
+}
+
+/// The limit of any line reader on the same source: the stream read in blocks as parse_obj
+/// reads it, and one memchr per line.
+void run_read_memchr(benchmark::State& state, bool quads) {
+    const std::string& text = model(state.range(0), quads);
+    constexpr std::size_t block = std::size_t(1) << 16;
+    std::vector<char> data(block);
+    long lines = 0;
+    for (auto _ : state) {
+        memory_buffer buffer(text);
+        std::istream in(&buffer);
+        lines = 0;
+        for (;;) {
+            in.read(data.data(), static_cast<std::streamsize>(block));
+            const auto got = static_cast<std::size_t>(in.gcount());
+            const char* p = data.data();
+            const char* const end = p + got;
+            while (const void* nl = std::memchr(p, '\n', static_cast<std::size_t>(end - p))) {
+                ++lines;
+                p = static_cast<const char*>(nl) + 1;
+            }
+            if (got < block) break;
+        }
+        benchmark::DoNotOptimize(lines);
+    }
+    report_bytes(state, text);
+    state.counters["lines"] = static_cast<double>(lines);
 }
 
 }  // namespace
 
+#define SIZES ->Arg(1000000)->Arg(2000000)->Arg(4000000)->Unit(benchmark::kMillisecond)
+
 static void parse_obj_triangles(benchmark::State& state) { run_parse(state, false); }
-BENCHMARK(parse_obj_triangles)
-    ->Arg(10000)
-    ->Arg(100000)
-    ->Arg(1000000)
-    ->Unit(benchmark::kMillisecond);
+static void read_memchr_triangles(benchmark::State& state) { run_read_memchr(state, false); }
+static void parse_obj_quads(benchmark::State& state) { run_parse(state, true); }
+static void read_memchr_quads(benchmark::State& state) { run_read_memchr(state, true); }
+BENCHMARK(read_memchr_triangles) SIZES;
+BENCHMARK(parse_obj_triangles) SIZES;
+BENCHMARK(read_memchr_quads) SIZES;
+BENCHMARK(parse_obj_quads) SIZES;
 
-static void parse_obj_quads_computed_normals(benchmark::State& state) { run_parse(state, true); }
-BENCHMARK(parse_obj_quads_computed_normals)
-    ->Arg(10000)
-    ->Arg(100000)
-    ->Arg(1000000)
-    ->Unit(benchmark::kMillisecond);
-
-static void obj2mesh(benchmark::State& state) {
-    const bool quads = state.range(1) != 0;
-    const std::string& text = model(state.range(0), quads);
+/// obj2mesh of the triangle model, converted again and again into the same target mesh.
+static void obj2mesh_triangles(benchmark::State& state) {
+    const std::string& text = model(state.range(0), false);
     memory_buffer buffer(text);
     std::istream in(&buffer);
     obj_import::obj_info info;
@@ -122,10 +164,79 @@ static void obj2mesh(benchmark::State& state) {
         obj_import::obj2mesh(info, "model", mesh);
         benchmark::DoNotOptimize(mesh.get_faces().data());
     }
-    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * info.faces.size()));
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) *
+                            static_cast<int64_t>(info.faces.size()));
     state.counters["triangles"] = static_cast<double>(mesh.num_faces());
 }
-BENCHMARK(obj2mesh)
-    ->ArgsProduct({{10000, 100000, 1000000}, {0, 1}})
-    ->ArgNames({"faces", "quads"})
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(obj2mesh_triangles) SIZES;
+
+namespace {
+
+// The console output, then a table of the best CPU time per row and size with the throughput,
+// the ratio of each parse to its read_memchr limit and the growth over the next smaller size.
+class ratio_reporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& r : runs) {
+            if (r.run_type != Run::RT_Iteration || r.error_occurred) continue;
+            const std::string name = r.benchmark_name();
+            const auto slash = name.find('/');
+            const std::string family = name.substr(0, slash);
+            const long size = slash == std::string::npos ? 0 : std::stol(name.substr(slash + 1));
+            const double ms = r.GetAdjustedCPUTime();
+            auto found = m_cpu[family].find(size);
+            if (found == m_cpu[family].end() || ms < found->second) m_cpu[family][size] = ms;
+            const auto mb = r.counters.find("MB");
+            if (mb != r.counters.end()) m_mb[size * 2 + is_quads(family)] = mb->second;
+        }
+    }
+
+    void Finalize() override {
+        ConsoleReporter::Finalize();
+        std::printf("\n%-22s %8s %8s %10s %8s %7s %7s\n", "best CPU time", "faces", "MB", "ms",
+                    "MB/s", "/limit", "growth");
+        for (const auto& [family, sizes] : m_cpu) {
+            const bool parse = family.rfind("parse_obj_", 0) == 0;
+            const bool quads = is_quads(family);
+            const auto limit = m_cpu.find(quads ? "read_memchr_quads" : "read_memchr_triangles");
+            double previous = 0.0;
+            for (const auto& [size, ms] : sizes) {
+                const auto mb = m_mb.find(size * 2 + quads);
+                std::printf("%-22s %8ld", family.c_str(), size);
+                if (mb != m_mb.end() && family.rfind("obj2mesh", 0) != 0)
+                    std::printf(" %8.1f %10.2f %8.0f", mb->second, ms, mb->second / ms * 1e3);
+                else
+                    std::printf(" %8s %10.2f %8s", "-", ms, "-");
+                if (parse && limit != m_cpu.end() && limit->second.count(size) != 0)
+                    std::printf(" %7.2f", ms / limit->second.at(size));
+                else
+                    std::printf(" %7s", "-");
+                if (previous > 0.0)
+                    std::printf(" %7.2f\n", ms / previous);
+                else
+                    std::printf(" %7s\n", "-");
+                previous = ms;
+            }
+        }
+    }
+
+private:
+    static bool is_quads(const std::string& family) {
+        return family.find("quads") != std::string::npos;
+    }
+
+    std::map<std::string, std::map<long, double>> m_cpu;
+    std::map<long, double> m_mb;  // size * 2 + quads
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    ratio_reporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}

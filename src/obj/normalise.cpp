@@ -2,7 +2,7 @@
 #include <limits>
 #include <utility>
 
-#include "facet/obj_import.h"
+#include "obj/normalise.h"
 
 namespace obj_import {
 
@@ -93,5 +93,29 @@ void translate(obj_info& info, const vector3d& offset) {
     box.z_min += t.z;
     box.z_max += t.z;
 }
+
+namespace detail {
+
+void normalise(obj_info& info, double factor) {
+    calc_bounding_box(info);
+    // The box alone through the steps, then every vertex through all of them at once.
+    obj_info box_only;
+    box_only.bounding_box = info.bounding_box;
+    swap_all_yz(box_only);
+    scale(box_only, factor);
+    const bounding_box_3d& box = box_only.bounding_box;
+    const vector3d offset(-box.x_min, -box.y_min, -box.z_min);
+    translate(box_only, offset);
+    info.bounding_box = box_only.bounding_box;
+    for (vector3d& p : info.vertices) {
+        swap_yz(p);
+        p.x = p.x * factor + offset.x;
+        p.y = p.y * factor + offset.y;
+        p.z = p.z * factor + offset.z;
+    }
+    for (vector3d& n : info.normals) swap_yz(n);
+}
+
+}  // namespace detail
 
 }  // namespace obj_import
