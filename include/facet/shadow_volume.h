@@ -13,7 +13,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -164,9 +163,36 @@ public:
 
     /// The number of records (masters with an entry).
     std::size_t num_records() const { return m_records.size(); }
-    /// The record of `primitive`, or null; does not mark it.
+    /// The record of `primitive`, or null; does not mark it. The pointer stays valid until the
+    /// next add_shadow_volume or remove_unused_volumes.
     const primitive_shadow_record* find_record(const primitives::basic_object* primitive) const;
 
 private:
-    std::map<const primitives::basic_object*, primitive_shadow_record> m_records;
+    struct entry {
+        const primitives::basic_object* master;
+        primitive_shadow_record record;
+    };
+    // A slot of the hash index: the position of a master's entry in m_records, or `empty`.
+    struct index_slot {
+        const primitives::basic_object* master = nullptr;
+        std::uint32_t position = empty;
+        static constexpr std::uint32_t empty = 0xffffffffu;
+    };
+
+    // The position of `master`'s entry in m_records, or index_slot::empty.
+    std::uint32_t find_position(const primitives::basic_object* master) const;
+    // The entry of `master`, or null.
+    entry* find_entry(const primitives::basic_object* master);
+    // Files position `position` of m_records under its master in the index (it must be absent).
+    void index_entry(std::uint32_t position);
+    // Refills the index from m_records, with room for twice as many entries.
+    void rebuild_index();
+
+    // The records sorted by master (compared as pointer values) up to m_sorted, then the records
+    // added since the last sweep, which sorts them in. Lookups go through m_index, an open-
+    // addressing hash table of a power-of-two size at least twice the number of records, so
+    // each operation of a frame costs the same whatever the number of records.
+    std::vector<entry> m_records;
+    std::size_t m_sorted = 0;
+    std::vector<index_slot> m_index;
 };

@@ -3,18 +3,23 @@
 
 #include "facet/ifs.h"
 #include "shadow/extrusion.h"
+#include "shadow/silhouette.h"
 
 namespace {
 
 // One degree in radians, used as a tolerance on dot products of unit vectors.
 constexpr double silhouette_tolerance = 0.017453292519943295;
 
-// The two faces are not clearly on the same side of the direction from the light; any NaN
-// makes both comparisons false.
-bool tolerant_silhouette(double a, double b) {
-    const double e = silhouette_tolerance;
-    return (a > -e && b < e) || (a < e && b > -e);
-}
+// Each paired edge once, from its half-edge with the smaller start vertex; a silhouette edge
+// when its two faces are not clearly on the same side of the direction from the light (any NaN
+// makes both comparisons false).
+struct tolerant_rule {
+    bool considered(std::uint32_t own, std::uint32_t twin) const { return own < twin; }
+    bool counts(double a, double b) const {
+        const double e = silhouette_tolerance;
+        return (a > -e && b < e) || (a < e && b > -e);
+    }
+};
 
 }  // namespace
 
@@ -25,25 +30,15 @@ void indexedfaceset::build_shadow_volume(vector3d light, indexedfaceset& out) co
 
     // The output depends only on the complete silhouette list, so it is written once after the
     // walk; a face set without half-edges writes nothing at all.
-    const std::uint32_t num_edges = this->num_edges();
-    if (num_edges == 0) return;
+    if (num_edges() == 0) return;
 
-    std::vector<const halfedge*> silhouette;
-    const halfedge* const edges = m_edges.data();
-    for (std::uint32_t i = 0; i < num_edges; ++i) {
-        const halfedge& h = edges[i];
-        const halfedge* const t = h.m_twinedge;
-        if (t == nullptr || !(h.vertex < t->vertex)) continue;
-        const vector3d& a = m_vertices[h.vertex];
-        const vector3d& b = m_vertices[t->vertex];
-        const vector3d d = unit((a + b) / 2.0 - light);
-        if (tolerant_silhouette(dot(h.face->normal, d), dot(t->face->normal, d)))
-            silhouette.push_back(&h);
-    }
+    std::vector<std::uint32_t> silhouette;
+    facet::detail::find_silhouette(m_edges, m_vertices, light, tolerant_rule(), silhouette);
 
     const auto n = static_cast<std::uint32_t>(silhouette.size());
-    out.m_vertices.resize(4 * n);
-    out.m_faces.resize(2 * n);
+    // Every vertex and face is written below.
+    out.m_vertices.resize_for_overwrite(4 * n);
+    out.m_faces.resize_for_overwrite(2 * n);
     out.m_styles.resize(1);
     const graphics::color grey(50, 50, 50, 50);
     out.m_styles[0] = graphics::style("std", graphics::brush(grey), graphics::pen(grey));
@@ -52,7 +47,7 @@ void indexedfaceset::build_shadow_volume(vector3d light, indexedfaceset& out) co
     vector3d* const vertices = out.m_vertices.data();
     face* const faces = out.m_faces.data();
     for (std::uint32_t k = 0; k < n; ++k) {
-        const halfedge& h = *silhouette[k];
+        const halfedge& h = m_edges[silhouette[k]];
         const vector3d& a = m_vertices[h.vertex];
         const vector3d& b = m_vertices[h.m_twinedge->vertex];
         facet::detail::write_shadow_quad(vertices + 4 * k, a, b, extrude_from_light(a, light),

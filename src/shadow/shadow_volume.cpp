@@ -6,6 +6,31 @@
 #include "facet/check.h"
 #include "facet/objects.h"
 #include "shadow/extrusion.h"
+#include "shadow/silhouette.h"
+
+namespace {
+
+// Every half-edge with a twin is considered; a silhouette edge runs from a lit (or edge-on) face
+// to a face that is turned away.
+struct oriented_rule {
+    bool considered(std::uint32_t, std::uint32_t) const { return true; }
+    bool counts(double own, double twin) const { return own <= 0.0 && twin > 0.0; }
+};
+
+// Moves the arrays of `from` that the volume's build rewrites into the fresh face set `to`, so
+// that those whose size does not change keep their storage (each is resized for overwriting or
+// written whole before it is read).
+void take_arrays(indexedfaceset& from, indexedfaceset& to) {
+    to.vertices().swap(from.vertices());
+    to.faces().swap(from.faces());
+    to.normals().swap(from.normals());
+    to.edges().swap(from.edges());
+    to.texcoords().swap(from.texcoords());
+    to.tangents().swap(from.tangents());
+    to.bitangents().swap(from.bitangents());
+}
+
+}  // namespace
 
 shadow_volume::shadow_volume(primitives::basic_object* master, const vector3d& light,
                              double light_value, std::uint32_t light_index)
@@ -39,30 +64,22 @@ void shadow_volume::rebuild_mesh() {
     using facet::detail::unit;
     FACET_CHECK(m_master != 0);
 
-    m_mesh.reset();
+    const std::unique_ptr<indexedfaceset> old = std::move(m_mesh);
     m_mesh.reset(new indexedfaceset);
     const indexedfaceset& source = m_master->get_mesh();
     const vector3d light = primitives::worldspace_to_objectspace(m_light, *m_master);
 
     // Silhouette edges, each taken once: from its lit (or edge-on) face towards the face that
     // is turned away.
-    std::vector<const halfedge*> silhouette;
-    const std::uint32_t num_edges = source.num_edges();
-    for (std::uint32_t i = 0; i < num_edges; ++i) {
-        const halfedge& h = source.get_edge(i);
-        const halfedge* const t = h.m_twinedge;
-        if (t == nullptr) continue;
-        const vector3d& a = source.get_vertex(h.vertex);
-        const vector3d& b = source.get_vertex(t->vertex);
-        const vector3d d = unit((a + b) / 2.0 - light);
-        if (dot(h.face->normal, d) <= 0.0 && dot(t->face->normal, d) > 0.0)
-            silhouette.push_back(&h);
-    }
+    std::vector<std::uint32_t> silhouette;
+    facet::detail::find_silhouette(source.edges(), source.vertices(), light, oriented_rule(),
+                                   silhouette);
 
     indexedfaceset& mesh = *m_mesh;
+    if (old) take_arrays(*old, mesh);
     const auto n = static_cast<std::uint32_t>(silhouette.size());
-    mesh.vertices().resize(4 * n);
-    mesh.faces().resize(2 * n);
+    mesh.vertices().resize_for_overwrite(4 * n);
+    mesh.faces().resize_for_overwrite(2 * n);
     mesh.styles().resize(1);
     const graphics::color red(255, 0, 0, 255);
     const graphics::style standard("std", graphics::brush(red), graphics::pen(red));
@@ -72,7 +89,7 @@ void shadow_volume::rebuild_mesh() {
     vector3d* const vertices = mesh.vertices().data();
     face* const faces = mesh.faces().data();
     for (std::uint32_t k = 0; k < n; ++k) {
-        const halfedge& h = *silhouette[k];
+        const halfedge& h = source.get_edge(silhouette[k]);
         const halfedge& t = *h.m_twinedge;
         const vector3d& a = source.get_vertex(h.vertex);
         const vector3d& b = source.get_vertex(t.vertex);

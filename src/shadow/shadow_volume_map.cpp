@@ -4,7 +4,13 @@
 // with the deletion loop). Such a slot keeps its pointer, so each record lists its deleted slots
 // with the light index their volume had: they are never dereferenced or deleted again, and an
 // add with that light index refills them.
+//
+// The records lie in one vector sorted by master, found through an open-addressing hash index of
+// their positions; records added during a frame are appended and sorted in by the sweep, which
+// is the only operation that needs the key order and the only one that erases.
 #include <algorithm>
+#include <cstdint>
+#include <functional>
 #include <utility>
 
 #include "facet/check.h"
@@ -13,6 +19,13 @@
 namespace {
 
 using record = primitive_shadow_record;
+using master_ptr = const primitives::basic_object*;
+
+// The first index slot to probe for `master` in a table of 2^bits slots (Fibonacci hashing).
+std::size_t home_slot(master_ptr master, std::size_t mask) {
+    const auto key = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(master));
+    return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> 32) & mask;
+}
 
 // The entry of `slot` in the record's deleted list, or null while the slot holds a live volume.
 const record::deleted_slot* find_deleted(const record& r, std::size_t slot) {
@@ -56,22 +69,56 @@ void delete_live_volumes(record& r) {
 }  // namespace
 
 shadow_volume_map::~shadow_volume_map() {
-    for (auto& entry : m_records) delete_live_volumes(entry.second);
+    for (entry& e : m_records) delete_live_volumes(e.record);
+}
+
+std::uint32_t shadow_volume_map::find_position(master_ptr master) const {
+    if (m_index.empty()) return index_slot::empty;
+    const std::size_t mask = m_index.size() - 1;
+    for (std::size_t i = home_slot(master, mask);; i = (i + 1) & mask) {
+        const index_slot& s = m_index[i];
+        if (s.position == index_slot::empty || s.master == master) return s.position;
+    }
+}
+
+shadow_volume_map::entry* shadow_volume_map::find_entry(master_ptr master) {
+    const std::uint32_t p = find_position(master);
+    return p == index_slot::empty ? nullptr : &m_records[p];
+}
+
+void shadow_volume_map::index_entry(std::uint32_t position) {
+    const std::size_t mask = m_index.size() - 1;
+    master_ptr const master = m_records[position].master;
+    std::size_t i = home_slot(master, mask);
+    while (m_index[i].position != index_slot::empty) i = (i + 1) & mask;
+    m_index[i].master = master;
+    m_index[i].position = position;
+}
+
+void shadow_volume_map::rebuild_index() {
+    std::size_t size = 16;
+    while (size < 2 * m_records.size()) size *= 2;
+    m_index.assign(size, index_slot());
+    for (std::size_t p = 0; p < m_records.size(); ++p) index_entry(static_cast<std::uint32_t>(p));
 }
 
 void shadow_volume_map::add_shadow_volume(shadow_volume* volume) {
     FACET_CHECK(volume != 0);
-    const primitives::basic_object* const master = volume->get_master_primitive();
-    const auto found = m_records.find(master);
-    if (found == m_records.end()) {
-        record r;
-        r.volumes.push_back(volume);
-        r.used = true;
-        m_records.emplace(master, std::move(r));
+    master_ptr const master = volume->get_master_primitive();
+    entry* const found = find_entry(master);
+    if (found == nullptr) {
+        entry e{master, record()};
+        e.record.volumes.push_back(volume);
+        e.record.used = true;
+        m_records.push_back(std::move(e));
+        if (2 * m_records.size() > m_index.size())
+            rebuild_index();
+        else
+            index_entry(static_cast<std::uint32_t>(m_records.size() - 1));
         return;
     }
 
-    record& r = found->second;
+    record& r = found->record;
     const std::uint32_t light_index = volume->get_light_index();
     for (std::size_t j = 0; j < r.volumes.size(); ++j) {
         if (const record::deleted_slot* d = find_deleted(r, j)) {
@@ -90,12 +137,11 @@ void shadow_volume_map::add_shadow_volume(shadow_volume* volume) {
     r.volumes.push_back(volume);
 }
 
-std::vector<shadow_volume*> shadow_volume_map::get_primitive_shadow_volumes(
-    const primitives::basic_object* primitive) {
+std::vector<shadow_volume*> shadow_volume_map::get_primitive_shadow_volumes(master_ptr primitive) {
     std::vector<shadow_volume*> volumes;
-    const auto found = m_records.find(primitive);
-    if (found == m_records.end()) return volumes;
-    record& r = found->second;
+    entry* const found = find_entry(primitive);
+    if (found == nullptr) return volumes;
+    record& r = found->record;
     r.used = true;
     volumes.reserve(r.volumes.size());
     for (std::size_t j = 0; j < r.volumes.size(); ++j)
@@ -103,11 +149,11 @@ std::vector<shadow_volume*> shadow_volume_map::get_primitive_shadow_volumes(
     return volumes;
 }
 
-shadow_volume* shadow_volume_map::get_shadow_volume(const primitives::basic_object* primitive,
+shadow_volume* shadow_volume_map::get_shadow_volume(master_ptr primitive,
                                                     std::uint32_t light_index) {
-    const auto found = m_records.find(primitive);
-    if (found == m_records.end()) return nullptr;
-    record& r = found->second;
+    entry* const found = find_entry(primitive);
+    if (found == nullptr) return nullptr;
+    record& r = found->record;
     r.used = true;
     for (std::size_t j = 0; j < r.volumes.size(); ++j)
         if (find_deleted(r, j) == nullptr && r.volumes[j]->get_light_index() == light_index)
@@ -116,35 +162,58 @@ shadow_volume* shadow_volume_map::get_shadow_volume(const primitives::basic_obje
 }
 
 void shadow_volume_map::reset_records() {
-    for (auto& entry : m_records) entry.second.used = false;
+    for (entry& e : m_records) e.record.used = false;
 }
 
 void shadow_volume_map::remove_unused_volumes() {
-    std::vector<const primitives::basic_object*> unused;
-    auto it = m_records.begin();
-    while (it != m_records.end()) {
-        if (!it->second.used) {
-            unused.push_back(it->first);
+    const auto by_master = [](const entry& a, const entry& b) {
+        return std::less<master_ptr>()(a.master, b.master);
+    };
+    bool moved = m_sorted < m_records.size();
+    if (moved) {
+        const auto tail = m_records.begin() + static_cast<std::ptrdiff_t>(m_sorted);
+        std::sort(tail, m_records.end(), by_master);
+        std::inplace_merge(m_records.begin(), tail, m_records.end(), by_master);
+    }
+
+    // The walk in key order; `unused` marks the records to erase.
+    std::vector<bool> unused(m_records.size(), false);
+    bool any_unused = false;
+    std::size_t it = 0;
+    const std::size_t end = m_records.size();
+    while (it != end) {
+        if (!m_records[it].record.used) {
+            unused[it] = true;
+            any_unused = true;
             // The first volume of this record and of each following one goes, until a record
             // without volumes; reaching the end of the map ends the sweep.
             const std::size_t i = 0;
-            while (it->second.volumes.size() > i) {
-                delete_slot(it->second, 0);
-                if (++it == m_records.end()) break;
+            while (m_records[it].record.volumes.size() > i) {
+                delete_slot(m_records[it].record, 0);
+                if (++it == end) break;
             }
-            if (it == m_records.end()) break;
+            if (it == end) break;
         }
         ++it;
     }
-    for (const primitives::basic_object* key : unused) {
-        const auto found = m_records.find(key);
-        delete_live_volumes(found->second);
-        m_records.erase(found);
+    if (any_unused) {
+        std::size_t kept = 0;
+        for (std::size_t p = 0; p < end; ++p) {
+            if (unused[p]) {
+                delete_live_volumes(m_records[p].record);
+            } else {
+                if (kept != p) m_records[kept] = std::move(m_records[p]);
+                ++kept;
+            }
+        }
+        m_records.erase(m_records.begin() + static_cast<std::ptrdiff_t>(kept), m_records.end());
+        moved = true;
     }
+    m_sorted = m_records.size();
+    if (moved) rebuild_index();
 }
 
-const primitive_shadow_record* shadow_volume_map::find_record(
-    const primitives::basic_object* primitive) const {
-    const auto found = m_records.find(primitive);
-    return found == m_records.end() ? nullptr : &found->second;
+const primitive_shadow_record* shadow_volume_map::find_record(master_ptr primitive) const {
+    const std::uint32_t p = find_position(primitive);
+    return p == index_slot::empty ? nullptr : &m_records[p].record;
 }
