@@ -1,6 +1,13 @@
 // Shadow volumes: indexedfaceset::build_shadow_volume and shadow_volume::rebuild_mesh on closed
 // meshes of about 10,000, 100,000 and 1,000,000 triangles (a finely divided cylinder and a UV
-// sphere), so that the (linear) growth is visible.
+// sphere), so that the (linear) growth is visible, each against its limit "one_pass": reading
+// the same mesh's triangles as compact arrays (three uint32 indices per triangle, three doubles
+// per vertex) once and writing as many bytes as its volume has (its vertices and triangles in
+// the same compact form). And the frame cycle of a shadow_volume_map with 1,000, 10,000 and
+// 100,000 objects, whose time per object should not grow with the number of objects.
+//
+// After the runs a table gives each row's best CPU time, its ratio to the limit and its growth;
+// compare ratios within one run (--benchmark_repetitions=5 for the best of five).
 #include <benchmark/benchmark.h>
 
 #include <facet/ifs.h>
@@ -10,6 +17,10 @@
 
 #include <cmath>
 #include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "ratio_table.h"
 
 namespace {
 
@@ -127,9 +138,88 @@ void rebuild_sphere(benchmark::State& state) {
     rebuild(state, s);
 }
 
+// The limit: the triangles' compact index and vertex arrays read once (a checksum), and the
+// bytes of the volume (vertices, then triangles as three uint32) written once.
+void one_pass(benchmark::State& state, const indexedfaceset& source, std::uint32_t quads) {
+    std::vector<std::uint32_t> indices;
+    indices.reserve(3 * std::size_t{source.num_faces()});
+    for (const face& f : source.faces()) indices.insert(indices.end(), f.vertex, f.vertex + 3);
+    const std::vector<vector3d> vertices(source.vertices().begin(), source.vertices().end());
+    std::vector<vector3d> out_vertices(4 * std::size_t{quads});
+    std::vector<std::uint32_t> out_indices(6 * std::size_t{quads});
+    for (auto _ : state) {
+        std::uint32_t index_sum = 0;
+        for (std::uint32_t i : indices) index_sum += i;
+        double sum = 0.0;
+        for (const vector3d& v : vertices) sum += v.x + v.y + v.z;
+        const vector3d value(sum, sum, sum);
+        for (vector3d& v : out_vertices) v = value;
+        for (std::uint32_t& i : out_indices) i = index_sum;
+        benchmark::DoNotOptimize(out_vertices.data());
+        benchmark::DoNotOptimize(out_indices.data());
+        benchmark::ClobberMemory();
+    }
+    state.counters["faces"] = source.num_faces();
+    state.counters["quads"] = quads;
+}
+
+void one_pass_cylinder(benchmark::State& state) {
+    primitives::cylinder c(2.0, 1.0, static_cast<std::uint32_t>(state.range(0) / 4));
+    indexedfaceset out;
+    c.get_mesh().build_shadow_volume(light, out);
+    one_pass(state, c.get_mesh(), out.num_faces() / 2);
+}
+
+void one_pass_sphere(benchmark::State& state) {
+    std::uint32_t slices = 0, stacks = 0;
+    sphere_size(state.range(0), slices, stacks);
+    indexedfaceset source, out;
+    make_sphere(source, slices, stacks);
+    source.build_shadow_volume(light, out);
+    one_pass(state, source, out.num_faces() / 2);
+}
+
+// One frame of the host with N objects that each have a volume for light 0: reset the marks,
+// look every object's volume up and file it again (the add that keeps a found volume), sweep
+// (which keeps all of them). Objects are visited in scene order, not key order.
+void map_frame(benchmark::State& state) {
+    const auto n = static_cast<std::size_t>(state.range(0));
+    std::vector<std::unique_ptr<primitives::basic_object>> objects;
+    for (std::size_t i = 0; i < n; ++i)
+        objects.push_back(std::make_unique<primitives::basic_object>());
+    shadow_volume_map map;
+    for (const auto& o : objects) map.add_shadow_volume(new shadow_volume(o.get(), light, 0.0, 0));
+    for (auto _ : state) {
+        map.reset_records();
+        for (const auto& o : objects) map.add_shadow_volume(map.get_shadow_volume(o.get(), 0));
+        map.remove_unused_volumes();
+    }
+    // Inverted rate of n · 1e-9 per iteration: CPU nanoseconds per object.
+    state.counters["ns_per_object"] = benchmark::Counter(
+        static_cast<double>(n) * 1e-9,
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    state.counters["records"] = static_cast<double>(map.num_records());
+}
+
 }  // namespace
 
 BENCHMARK(build_cylinder)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(build_sphere)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(rebuild_cylinder)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(rebuild_sphere)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(one_pass_cylinder)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(one_pass_sphere)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(map_frame)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    facet_bench::ratio_table table({{"build_cylinder", "one_pass_cylinder"},
+                                    {"build_sphere", "one_pass_sphere"},
+                                    {"rebuild_cylinder", "one_pass_cylinder"},
+                                    {"rebuild_sphere", "one_pass_sphere"}},
+                                   {"quads", "ns_per_object"});
+    benchmark::RunSpecifiedBenchmarks(&table);
+    benchmark::Shutdown();
+    return 0;
+}
