@@ -140,6 +140,24 @@ FACET_API void set_mesh_face_limit(std::uint64_t faces);
 /// The current face limit of one object's mesh.
 FACET_API std::uint64_t get_mesh_face_limit();
 
+/// The default of set_mesh_buffer_limit: 2 GiB, about the arrays of two face sets of a
+/// 1000 × 1000 grid (2,000,000 faces).
+constexpr std::uint64_t default_mesh_buffer_limit = std::uint64_t{2} << 30;
+
+/// Face sets reuse the storage of their large arrays (positions, faces, half-edges, corner
+/// normals, tangents and bitangents, texture coordinates, and the builders' scratch tables;
+/// arrays of 256 KiB or more): a face set that is destroyed, or an array resized by a builder,
+/// hands its storage to a process-wide pool, and the builders take an array of exactly the size
+/// they need from it instead of fresh memory, which the kernel would fault in and clear page by
+/// page on its first write. The pool holds at most `bytes` bytes, freeing its oldest arrays
+/// first; 0 frees everything it holds and turns it off. Thread-safe. The memory of destroyed
+/// face sets thus stays with the process up to this limit.
+FACET_API void set_mesh_buffer_limit(std::uint64_t bytes);
+/// The current limit of the pool of mesh buffers.
+FACET_API std::uint64_t get_mesh_buffer_limit();
+/// The bytes the pool of mesh buffers holds right now.
+FACET_API std::uint64_t get_mesh_buffer_bytes();
+
 /// Thrown by a mesh builder for a mesh that would hold more faces than get_mesh_face_limit()
 /// allows; nothing was allocated and the face set is unchanged. what() names the object and the
 /// size: "mesh of 'pipe' would hold 2000000 faces, above the limit of 1000000".
@@ -165,6 +183,9 @@ public:
     /// normal-map ids 0, texture scale (1, 1), visible-edge threshold 65 degrees, texture mode
     /// modulate.
     indexedfaceset() = default;
+    /// Hands the storage of the large arrays to the pool of mesh buffers (see
+    /// set_mesh_buffer_limit).
+    ~indexedfaceset();
     indexedfaceset(const indexedfaceset&) = delete;
     indexedfaceset& operator=(const indexedfaceset&) = delete;
 

@@ -3,6 +3,7 @@
 
 #include "facet/ifs.h"
 #include "ifs/incoming_edges.h"
+#include "ifs/mesh_buffers.h"
 
 void indexedfaceset::construct_halfedge_data() {
     const std::uint32_t num_vertices = this->num_vertices();
@@ -16,7 +17,7 @@ void indexedfaceset::construct_halfedge_data() {
     constexpr std::uint32_t none = 0xffffffffu;
     carray<std::uint32_t> twin_table;
     twin_table.swap(incoming.spare());
-    twin_table.resize_for_overwrite(num_edges);
+    facet::detail::size_for_overwrite(twin_table, num_edges);
     std::uint32_t* const twin = twin_table.data();
     std::fill(twin, twin + num_edges, none);
 
@@ -47,7 +48,7 @@ void indexedfaceset::construct_halfedge_data() {
         }
     }
 
-    m_edges.resize_for_overwrite(num_edges);  // each one written
+    facet::detail::size_for_overwrite(m_edges, num_edges);  // each one written
     halfedge* const edges = m_edges.data();
     face* const faces = m_faces.data();
     const std::uint32_t* const corners = incoming.corners();
@@ -65,4 +66,5 @@ void indexedfaceset::construct_halfedge_data() {
         e[2].next = &e[0];
         e[2].prev = &e[1];
     }
+    facet::detail::recycle(twin_table);
 }

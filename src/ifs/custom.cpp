@@ -5,6 +5,7 @@
 #include "facet/ifs.h"
 #include "facet/primitives.h"
 #include "ifs/face_limit.h"
+#include "ifs/mesh_buffers.h"
 
 void indexedfaceset::create_mesh(const primitives::custom& c) {
     const std::string& id = c.get_mesh_id();
@@ -24,14 +25,14 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     const graphics::custom_mesh& source = id.empty() ? c.get_inline_mesh() : *registered;
 
     // 3. Vertices.
-    m_vertices.resize_for_overwrite(source.num_vertices());  // each one written
+    facet::detail::size_for_overwrite(m_vertices, source.num_vertices());  // each one written
     for (std::uint32_t i = 0; i < source.num_vertices(); ++i)
         m_vertices[i] = source.get_vertices()[i];
 
     // 4. Faces, with the brush and pen of their style or, without a valid one, the object's.
     const graphics::brush object_brush = c.get_brush();
     const graphics::pen object_pen = c.get_pen();
-    m_faces.resize_for_overwrite(source.num_faces());  // each one written
+    facet::detail::size_for_overwrite(m_faces, source.num_faces());  // each one written
     const face blank;
     for (std::uint32_t j = 0; j < source.num_faces(); ++j) {
         const graphics::custom_mesh_face& from = source.get_faces()[j];

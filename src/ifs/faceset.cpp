@@ -1,6 +1,17 @@
-// indexedfaceset: the partial exchange and the style table.
+// indexedfaceset: destruction, the partial exchange and the style table.
 #include "facet/ifs.h"
 #include "facet/objects.h"
+#include "ifs/mesh_buffers.h"
+
+indexedfaceset::~indexedfaceset() {
+    facet::detail::recycle(m_vertices);
+    facet::detail::recycle(m_texcoords);
+    facet::detail::recycle(m_normals);
+    facet::detail::recycle(m_tangents);
+    facet::detail::recycle(m_bitangents);
+    facet::detail::recycle(m_faces);
+    facet::detail::recycle(m_edges);
+}
 
 void indexedfaceset::swap(indexedfaceset& other) noexcept {
     m_vertices.swap(other.m_vertices);

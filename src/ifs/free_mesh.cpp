@@ -2,12 +2,13 @@
 #include "facet/ifs.h"
 #include "facet/primitives.h"
 #include "ifs/face_limit.h"
+#include "ifs/mesh_buffers.h"
 
 void indexedfaceset::create_mesh(const primitives::mesh& m) {
     facet::detail::check_face_count(m, m.triangles_size());
     // Every vertex and face is written below: a rebuild at the same size reuses the arrays.
-    m_vertices.resize_for_overwrite(m.vertices_size());
-    m_faces.resize_for_overwrite(m.triangles_size());
+    facet::detail::size_for_overwrite(m_vertices, m.vertices_size());
+    facet::detail::size_for_overwrite(m_faces, m.triangles_size());
 
     std::uint32_t i = 0;
     for (auto v = m.vertices_begin(); v != m.vertices_end(); ++v) m_vertices[i++] = *v;

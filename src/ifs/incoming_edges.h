@@ -1,10 +1,12 @@
 // The half-edges of a face set grouped by the vertex they end at, as flat arrays.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "facet/carray.h"
 #include "facet/ifs.h"
+#include "ifs/mesh_buffers.h"
 
 namespace facet::detail {
 
@@ -31,15 +33,17 @@ public:
     incoming_edges(const carray<face>& faces, std::uint32_t num_vertices, order o) {
         const std::uint32_t num_faces = faces.size();
         // Every element of these arrays is written below before it is read.
-        m_first.resize_for_overwrite(num_vertices + 1);
-        m_edges.resize_for_overwrite(3 * num_faces);
+        size_for_overwrite(m_first, num_vertices + 1);
+        size_for_overwrite(m_edges, 3 * num_faces);
 
         // Checked once here: every vertex index is in range from then on. Each corner of a face
         // is the start of one half-edge and the end of another, so the counts serve both. The
         // face records are read only here; the corners are copied into a packed array (three
         // indices per face) for the passes that follow.
-        carray<std::uint32_t> count(num_vertices);
-        m_corners.resize_for_overwrite(3 * num_faces);
+        carray<std::uint32_t> count;
+        size_for_overwrite(count, num_vertices);
+        std::fill(count.begin(), count.end(), 0u);
+        size_for_overwrite(m_corners, 3 * num_faces);
         std::uint32_t* packed = m_corners.data();
         for (const face& f : faces)
             for (std::uint32_t v : f.vertex) {
@@ -60,6 +64,7 @@ public:
                 edges[next[fs[3 * i + 2]]++] = 3 * i + 1;
                 edges[next[fs[3 * i]]++] = 3 * i + 2;
             }
+            recycle(count);
             return;
         }
 
@@ -67,14 +72,14 @@ public:
         // keeping the start vertex alongside. The end vertex of half-edge e is the corner after
         // its start: e + 1, or e − 2 for the last half-edge of a face.
         const std::uint32_t num_edges = 3 * num_faces;
-        m_spare.resize_for_overwrite(num_edges);
+        size_for_overwrite(m_spare, num_edges);
         std::uint32_t* se = m_spare.data();
         reset(next, num_vertices);
         for (std::uint32_t i = 0; i < num_faces; ++i) {
             const std::uint32_t* c = fs + 3 * i;
             for (std::uint32_t k = 0; k < 3; ++k) se[next[c[k]]++] = 3 * i + k;
         }
-        m_start.resize_for_overwrite(num_edges);
+        size_for_overwrite(m_start, num_edges);
         std::uint32_t* starts = m_start.data();
         reset(next, num_vertices);
         for (std::uint32_t u = 0; u < num_vertices; ++u)
@@ -85,6 +90,18 @@ public:
                 edges[slot] = e;
                 starts[slot] = u;
             }
+        recycle(count);
+    }
+
+    incoming_edges(const incoming_edges&) = delete;
+    incoming_edges& operator=(const incoming_edges&) = delete;
+    /// The tables go back to the pool of mesh buffers.
+    ~incoming_edges() {
+        recycle(m_first);
+        recycle(m_edges);
+        recycle(m_start);
+        recycle(m_corners);
+        recycle(m_spare);
     }
 
     /// Position range of the half-edges ending at `v` (v < num_vertices, unchecked).

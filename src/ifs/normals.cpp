@@ -1,11 +1,13 @@
 // indexedfaceset: flat face and corner normals.
 #include "facet/ifs.h"
+#include "ifs/mesh_buffers.h"
 
 void indexedfaceset::compute_normals() { compute_face_normals(true); }
 
 void indexedfaceset::compute_face_normals(bool corners) {
     const std::uint32_t n = num_faces();
-    m_normals.resize_for_overwrite(3 * n);  // each one written, here or by smooth_mesh
+    facet::detail::size_for_overwrite(m_normals,
+                                      3 * n);  // each one written, here or by smooth_mesh
     for (std::uint32_t i = 0; i < n; ++i) {
         face& f = m_faces[i];
         const vector3d& p0 = m_vertices[f.vertex[0]];

@@ -6,6 +6,7 @@
 #include "facet/ifs.h"
 #include "facet/math3d.h"
 #include "facet/objects.h"
+#include "ifs/mesh_buffers.h"
 
 namespace {
 
@@ -87,7 +88,7 @@ void indexedfaceset::apply_texture_settings(const primitives::basic_object& obje
 
 void indexedfaceset::gen_texcoords_box() {
     const std::uint32_t num_faces = this->num_faces();
-    m_texcoords.resize_for_overwrite(3 * num_faces);
+    facet::detail::size_for_overwrite(m_texcoords, 3 * num_faces);
     m_tangents.resize(3 * num_faces);
     m_bitangents.resize(3 * num_faces);
     gen_box_texcoords();
@@ -96,7 +97,7 @@ void indexedfaceset::gen_texcoords_box() {
 void indexedfaceset::gen_box_texcoords() {
     const std::uint32_t num_faces = this->num_faces();
     // Each face's three slots are written below, with (0, 0) for a face without a style.
-    m_texcoords.resize_for_overwrite(3 * num_faces);
+    facet::detail::size_for_overwrite(m_texcoords, 3 * num_faces);
 
     // Every face writes only its own three coordinates, so one pass over the faces with the
     // projection of each face's style gives what a pass per style would.
@@ -136,8 +137,8 @@ void indexedfaceset::compute_tangent_space() { compute_face_frames(true); }
 void indexedfaceset::compute_face_frames(bool corners) {
     const std::uint32_t num_faces = this->num_faces();
     // Each one written, here or by smooth_mesh.
-    m_tangents.resize_for_overwrite(3 * num_faces);
-    m_bitangents.resize_for_overwrite(3 * num_faces);
+    facet::detail::size_for_overwrite(m_tangents, 3 * num_faces);
+    facet::detail::size_for_overwrite(m_bitangents, 3 * num_faces);
     for (std::uint32_t i = 0; i < num_faces; ++i) {
         face& f = m_faces[i];
         vector2d uv[3];
