@@ -95,7 +95,6 @@ TEST(SolidMeshes, TablesOrientationAndSmoothing) {
     EXPECT_EQ(faces_of(box),
               "0 1 5|0 5 4|1 2 6|1 6 5|2 3 7|2 7 6|3 0 4|3 4 7|4 5 6|4 6 7|0 3 2|0 2 1");
     EXPECT_EQ(box.get_normal(3 * 8 + 2), vector3d(0, 1, 0));
-    EXPECT_EQ(box.num_texcoords() + box.num_lines(), 36u);
 
     // Centres, then the top ring from +z towards +x, then the bottom ring.
     primitives::cylinder c(3.0, 2.0, 8);
@@ -124,8 +123,7 @@ TEST(SolidMeshes, TablesOrientationAndSmoothing) {
     EXPECT_TRUE(is_outward_solid(cone));
     EXPECT_NE(cone.get_normal(0), cone.get_face(0).normal);
 
-    // Divisions truncate; one gives degenerate faces; zero and too many fail; the tangent frames
-    // need texture coordinates.
+    // Divisions truncate; one gives degenerate faces; zero and too many fail.
     c.set_number_of_divisions(7.9);
     EXPECT_EQ(c.get_mesh().num_faces() + c.get_mesh().num_vertices(), 28u + 16u);
     c.set_number_of_divisions(1.0);
@@ -134,9 +132,6 @@ TEST(SolidMeshes, TablesOrientationAndSmoothing) {
     EXPECT_DEATH(c.get_mesh(), "index < m_size");
     c.set_number_of_divisions(1073741824.0);
     EXPECT_DEATH(c.get_mesh(), "n <= max_cylinder_divisions");
-    primitives::box untextured;
-    untextured.set_texgen_mode(graphics::texgen_mode::none);
-    EXPECT_DEATH(untextured.get_mesh(), "index < m_size");
 }
 
 TEST(QuadMesh, TwoTrianglesWithTheQuadsOwnCoordinatesScaledAndTurned) {

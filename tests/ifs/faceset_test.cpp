@@ -63,15 +63,9 @@ TEST(FaceSet, SwapAndStyles) {
 
 TEST(FaceSet, NormalsTransformsBoundsAndRays) {
     indexedfaceset fs;  // normals +z, −x and, collinear, zero
-    set_mesh(fs, {{0, 0, 0},
-                  {2, 0, 0},
-                  {0, 3, 0},
-                  {0, 0, 0},
-                  {0, 0, 1},
-                  {0, 1, 0},
-                  {1, 1, 1},
-                  {2, 2, 2},
-                  {3, 3, 3}});
+    const std::vector<vector3d> three = {{0, 0, 0}, {2, 0, 0}, {0, 3, 0}, {0, 0, 0}, {0, 0, 1},
+                                         {0, 1, 0}, {1, 1, 1}, {2, 2, 2}, {3, 3, 3}};
+    set_mesh(fs, three);
     const vector3d expected[] = {{0, 0, 1}, {-1, 0, 0}, {0, 0, 0}};
     for (std::uint32_t i = 0; i < 9; ++i)
         EXPECT_TRUE(fs.get_normal(i) == expected[i / 3] &&
