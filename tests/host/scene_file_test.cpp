@@ -49,9 +49,9 @@ const char* const box_block =
 
 }  // namespace
 
-TEST(SceneFile, EveryTypeReadsBackBitForBit) {
+TEST(SceneFile, EveryTypeReadsBackBitForBitFromAFileThatAppearsWhole) {
     const facet::scene original = every_type();
-    const std::string text = text_of(original);
+    const std::string text = text_of(original), path = ::testing::TempDir() + "facet_scene.txt";
 
     // The very bytes of write_objects at 17 significant digits.
     std::ostringstream classic;
@@ -59,8 +59,8 @@ TEST(SceneFile, EveryTypeReadsBackBitForBit) {
     write_objects(original.objects(), classic);
     EXPECT_EQ(text, classic.str());
 
-    std::istringstream in(text);
-    const facet::scene back = facet::read_scene(in);
+    facet::write_scene(original, path);
+    const facet::scene back = facet::read_scene(path);
     ASSERT_EQ(back.size(), 17u);
     EXPECT_EQ(text_of(back), text);  // 17 digits name each double exactly: same text, same bits
     for (std::size_t i = 0; i < back.size(); ++i) {
@@ -68,6 +68,7 @@ TEST(SceneFile, EveryTypeReadsBackBitForBit) {
         EXPECT_EQ(parent ? back.index_of(*parent) : -1,
                   original[i].get_parent() ? original.index_of(*original[i].get_parent()) : -1);
     }
+    std::remove(path.c_str());
 }
 
 TEST(SceneFile, HandWrittenMaterialReferenceOnItsOwnLine) {
@@ -128,17 +129,14 @@ TEST(SceneFile, ErrorsNameTheLineAndTheObject) {
               "scene.txt:16: box 'pot': parent 'lid' would close a cycle of parents");
 }
 
-TEST(SceneFile, FilesAppearWholeAndMissingFilesAreNamed) {
-    const std::string path = ::testing::TempDir() + "facet_scene_file_test.txt";
-    const facet::scene s = every_type();
-    facet::write_scene(s, path);
-    EXPECT_EQ(text_of(facet::read_scene(path)), text_of(s));
-    std::remove(path.c_str());
+TEST(SceneFile, MissingFilesAreNamed) {
+    const std::string path = ::testing::TempDir() + "facet_missing_scene.txt";
     try {
         facet::read_scene(path);
         FAIL();
     } catch (const facet::scene_error& e) {
         EXPECT_EQ(std::string(e.what()).rfind(path + ": cannot open: ", 0), 0u) << e.what();
     }
-    EXPECT_THROW(facet::write_scene(s, "/nonexistent-folder/x.txt"), std::runtime_error);
+    EXPECT_THROW(facet::write_scene(facet::scene(), "/nonexistent-folder/x.txt"),
+                 std::runtime_error);
 }
