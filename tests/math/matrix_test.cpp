@@ -74,10 +74,6 @@ TEST(Determinant, LeibnizOnIntegersAndTheColumnPairOrder) {
 }
 
 TEST(Inverse, ExactCasesProductsAndSingularity) {
-    EXPECT_EQ(inverse(rows({2, 0, 0, 0, 0, 4, 0, 0, 0, 0, 8, 0, 0, 0, 0, 1})),
-              rows({0.5, 0, 0, 0, 0, 0.25, 0, 0, 0, 0, 0.125, 0, 0, 0, 0, 1}));
-    EXPECT_EQ(inverse(rows({1, 0, 0, 3, 0, 1, 0, -2, 0, 0, 1, 5, 0, 0, 0, 1})),
-              rows({1, 0, 0, -3, 0, 1, 0, 2, 0, 0, 1, -5, 0, 0, 0, 1}));
     const matrix44d quarter = rows({0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});
     EXPECT_EQ(inverse(quarter), transpose(quarter));
     std::mt19937 rng(11);
