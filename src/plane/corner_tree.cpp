@@ -59,13 +59,18 @@ bool corner_tree::capsule_outside(const node& n, const edge& edge) const {
     return cross(edge.e, n.a - edge.from) < bound && cross(edge.e, n.b - edge.from) < bound;
 }
 
-void corner_tree::build(const std::vector<vector2d>& points, const std::vector<unsigned>& next,
-                        unsigned first, std::size_t count) {
-    if (m_leaf_of.size() < points.size()) m_leaf_of.assign(points.size(), none);
+void corner_tree::clear() {
     for (const item& it : m_items) m_leaf_of[it.id] = none;
     m_items.clear();
     m_unbounded.clear();
     m_nodes.clear();
+    m_built = 0;
+}
+
+void corner_tree::build(const std::vector<vector2d>& points, const std::vector<unsigned>& next,
+                        unsigned first, std::size_t count) {
+    clear();
+    if (m_leaf_of.size() < points.size()) m_leaf_of.assign(points.size(), none);
 
     m_scale = 0.0;
     unsigned id = first;

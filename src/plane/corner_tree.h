@@ -31,6 +31,10 @@ public:
     void build(const std::vector<vector2d>& points, const std::vector<unsigned>& next,
                unsigned first, std::size_t count);
 
+    /// Empties the tree: size() becomes 0 and kill() ignores every id until the next build. The
+    /// buffers are kept.
+    void clear();
+
     /// The number of corners indexed by the last build (dead ones included).
     std::size_t size() const { return m_built; }
 

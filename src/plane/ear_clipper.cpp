@@ -18,16 +18,15 @@
 // would have run out on the way. A corner leaves the candidates when its test fails and comes
 // back when a neighbour or its blocking corner is clipped.
 //
-// The test "is any other remaining corner inside the ear" searches a k-d tree over the remaining
-// corners that prunes only boxes where the exact test provably fails (see corner_tree.cpp).
+// The test "is any other remaining corner inside the ear" walks a list of the remaining corners
+// in z-order over a box that provably holds every corner that could pass (see
+// z_order_list.cpp). For almost flat ears, or when the box's range of the list holds too many
+// corners, it searches a k-d tree over the remaining corners that prunes only boxes where the
+// exact test provably fails (see corner_tree.cpp); the tree is built only when first needed.
 #include "plane/ear_clipper.h"
 
-#include <cmath>
 #include <limits>
 #include <stdexcept>
-
-#include "plane/corner_tree.h"
-#include "plane/ring_index.h"
 
 namespace facet::plane_detail {
 
@@ -38,147 +37,131 @@ constexpr unsigned none = std::numeric_limits<unsigned>::max();
 // Below this many remaining corners a plain scan is cheaper than the tree.
 constexpr std::size_t tree_threshold = 24;
 
+// The most corners the z-order walk tests before it hands the ear to the tree.
+constexpr unsigned walk_budget = 64;
+
 [[noreturn]] void bad_polygon() { throw std::runtime_error("Triangulation error: bad polygon"); }
-
-class ear_clipper {
-public:
-    ear_clipper(const std::vector<vector2d>& contour, const std::vector<unsigned>& order)
-        : m_order(order),
-          m_points(order.size()),
-          m_prev(order.size()),
-          m_next(order.size()),
-          m_alive(order.size(), 1),
-          m_blocker(order.size(), none),
-          m_blocked_head(order.size(), none),
-          m_candidates(order.size()),
-          m_live(order.size()),
-          m_remaining(order.size()) {
-        const std::size_t n = order.size();
-        for (std::size_t i = 0; i < n; ++i) {
-            m_points[i] = contour[order[i]];
-            m_prev[i] = static_cast<unsigned>(i == 0 ? n - 1 : i - 1);
-            m_next[i] = static_cast<unsigned>(i + 1 == n ? 0 : i + 1);
-            m_candidates.insert(i);
-        }
-    }
-
-    void run(bool reversed, std::vector<unsigned>& result) {
-        // The textbook loop starts with u at the last corner, so the first middle is corner 0.
-        long long count = 2 * static_cast<long long>(m_remaining);
-        unsigned start = 0;
-        while (m_remaining >= 3) {
-            const std::size_t found = m_candidates.find_cyclic(start);
-            if (found == id_set::npos) bad_polygon();
-            const auto skipped = static_cast<long long>(m_live.distance(start, found));
-            if (skipped >= count) bad_polygon();  // the counter runs out on the way
-            count -= skipped + 1;
-
-            const auto m = static_cast<unsigned>(found);
-            const unsigned u = m_prev[m];
-            const unsigned w = m_next[m];
-            if (is_ear(u, m, w)) {
-                if (reversed)
-                    result.insert(result.end(), {m_order[w], m_order[m], m_order[u]});
-                else
-                    result.insert(result.end(), {m_order[u], m_order[m], m_order[w]});
-                clip(m);
-                count = 2 * static_cast<long long>(m_remaining);
-                start = m_next[w];
-            } else {
-                start = m_next[m];
-            }
-        }
-    }
-
-private:
-    // The ear test of the corners u, v, w (consecutive in the ring). On failure v leaves the
-    // candidates, and a corner found inside is remembered as its blocker.
-    bool is_ear(unsigned u, unsigned v, unsigned w) {
-        const vector2d& P = m_points[u];
-        const vector2d& Q = m_points[v];
-        const vector2d& R = m_points[w];
-        const double twice_area = cross(Q - P, R - P);
-        if (twice_area <= 0.0) {
-            m_candidates.erase(v);
-            return false;
-        }
-        if (m_remaining == 3) return true;
-        const unsigned blocker = find_inside(u, v, w);
-        if (blocker == none) return true;
-        m_candidates.erase(v);
-        m_blocker[v] = blocker;
-        m_blocked_pool.push_back({v, m_blocked_head[blocker]});
-        m_blocked_head[blocker] = static_cast<unsigned>(m_blocked_pool.size() - 1);
-        return false;
-    }
-
-    // A remaining corner other than u, v, w inside the triangle u, v, w, or none.
-    unsigned find_inside(unsigned u, unsigned v, unsigned w) {
-        if (m_remaining >= tree_threshold) {
-            // (Re)built from the ring when missing or when more than half of its corners are gone.
-            if (m_tree.size() == 0 || 2 * m_remaining < m_tree.size())
-                m_tree.build(m_points, m_next, u, m_remaining);
-            const unsigned found = m_tree.find_inside(m_points, m_alive, u, v, w);
-            return found == corner_tree::none ? none : found;
-        }
-        const vector2d& P = m_points[u];
-        const vector2d& Q = m_points[v];
-        const vector2d& R = m_points[w];
-        for (unsigned k = m_next[w]; k != u; k = m_next[k])
-            if (inside_ccw(m_points[k], P, Q, R)) return k;
-        return none;
-    }
-
-    // Removes the ear tip v from the ring; its neighbours and the corners it blocked become
-    // candidates again.
-    void clip(unsigned v) {
-        const unsigned u = m_prev[v];
-        const unsigned w = m_next[v];
-        m_next[u] = w;
-        m_prev[w] = u;
-        m_alive[v] = 0;
-        m_live.kill(v);
-        m_tree.kill(v);
-        m_candidates.erase(v);
-        --m_remaining;
-        reconsider(u);
-        reconsider(w);
-        for (unsigned e = m_blocked_head[v]; e != none; e = m_blocked_pool[e].next) {
-            const unsigned corner = m_blocked_pool[e].corner;
-            if (m_alive[corner] && m_blocker[corner] == v) reconsider(corner);
-        }
-        m_blocked_head[v] = none;
-    }
-
-    void reconsider(unsigned corner) {
-        m_blocker[corner] = none;
-        m_candidates.insert(corner);
-    }
-
-    struct blocked_entry {
-        unsigned corner;
-        unsigned next;  // the next entry of the same blocker's list, or none
-    };
-
-    const std::vector<unsigned>& m_order;
-    std::vector<vector2d> m_points;
-    std::vector<unsigned> m_prev;
-    std::vector<unsigned> m_next;
-    std::vector<unsigned char> m_alive;
-    std::vector<unsigned> m_blocker;       // the corner inside this corner's ear, or none
-    std::vector<unsigned> m_blocked_head;  // per corner, the list of corners it blocked
-    std::vector<blocked_entry> m_blocked_pool;
-    id_set m_candidates;  // corners whose next test is not known to fail
-    live_counts m_live;
-    std::size_t m_remaining;
-    corner_tree m_tree;
-};
 
 }  // namespace
 
-void clip_ears(const std::vector<vector2d>& contour, const std::vector<unsigned>& order,
-               bool reversed, std::vector<unsigned>& result) {
-    ear_clipper(contour, order).run(reversed, result);
+void ear_clipper::start(const std::vector<vector2d>& contour, const std::vector<unsigned>& order) {
+    const std::size_t n = order.size();
+    m_points.resize(n);
+    m_prev.resize(n);
+    m_next.resize(n);
+    m_alive.assign(n, 1);
+    m_blocker.assign(n, none);
+    m_blocked_head.assign(n, none);
+    m_blocked_pool.clear();
+    for (std::size_t i = 0; i < n; ++i) {
+        m_points[i] = contour[order[i]];
+        m_prev[i] = static_cast<unsigned>(i == 0 ? n - 1 : i - 1);
+        m_next[i] = static_cast<unsigned>(i + 1 == n ? 0 : i + 1);
+    }
+    m_candidates.fill(n);
+    m_live.fill(n);
+    m_remaining = n;
+    m_tree.clear();
+    m_listed = n >= tree_threshold && m_list.build(m_points);
+}
+
+void ear_clipper::run(const std::vector<vector2d>& contour, const std::vector<unsigned>& order,
+                      bool reversed, std::vector<unsigned>& result) {
+    start(contour, order);
+    // The textbook loop starts with u at the last corner, so the first middle is corner 0.
+    long long count = 2 * static_cast<long long>(m_remaining);
+    unsigned next = 0;
+    while (m_remaining >= 3) {
+        const std::size_t found = m_candidates.find_cyclic(next);
+        if (found == id_set::npos) bad_polygon();
+        const auto skipped = static_cast<long long>(m_live.distance(next, found));
+        if (skipped >= count) bad_polygon();  // the counter runs out on the way
+        count -= skipped + 1;
+
+        const auto m = static_cast<unsigned>(found);
+        const unsigned u = m_prev[m];
+        const unsigned w = m_next[m];
+        if (is_ear(u, m, w)) {
+            if (reversed)
+                result.insert(result.end(), {order[w], order[m], order[u]});
+            else
+                result.insert(result.end(), {order[u], order[m], order[w]});
+            clip(m);
+            count = 2 * static_cast<long long>(m_remaining);
+            next = m_next[w];
+        } else {
+            next = m_next[m];
+        }
+    }
+}
+
+// The ear test of the corners u, v, w (consecutive in the ring). On failure v leaves the
+// candidates, and a corner found inside is remembered as its blocker.
+bool ear_clipper::is_ear(unsigned u, unsigned v, unsigned w) {
+    const vector2d& P = m_points[u];
+    const vector2d& Q = m_points[v];
+    const vector2d& R = m_points[w];
+    const double twice_area = cross(Q - P, R - P);
+    if (twice_area <= 0.0) {
+        m_candidates.erase(v);
+        return false;
+    }
+    if (m_remaining == 3) return true;
+    const unsigned blocker = find_inside(u, v, w, twice_area);
+    if (blocker == none) return true;
+    m_candidates.erase(v);
+    m_blocker[v] = blocker;
+    m_blocked_pool.push_back({v, m_blocked_head[blocker]});
+    m_blocked_head[blocker] = static_cast<unsigned>(m_blocked_pool.size() - 1);
+    return false;
+}
+
+// A remaining corner other than u, v, w inside the triangle u, v, w, or none.
+unsigned ear_clipper::find_inside(unsigned u, unsigned v, unsigned w, double twice_area) {
+    if (m_remaining >= tree_threshold) {
+        if (m_listed) {
+            const unsigned found = m_list.find_inside(m_points, u, v, w, twice_area, walk_budget);
+            if (found != z_order_list::unknown) return found;
+        }
+        // (Re)built from the ring when missing or when more than half of its corners are gone.
+        if (m_tree.size() == 0 || 2 * m_remaining < m_tree.size())
+            m_tree.build(m_points, m_next, u, m_remaining);
+        const unsigned found = m_tree.find_inside(m_points, m_alive, u, v, w);
+        return found == corner_tree::none ? none : found;
+    }
+    const vector2d& P = m_points[u];
+    const vector2d& Q = m_points[v];
+    const vector2d& R = m_points[w];
+    for (unsigned k = m_next[w]; k != u; k = m_next[k])
+        if (inside_ccw(m_points[k], P, Q, R)) return k;
+    return none;
+}
+
+// Removes the ear tip v from the ring; its neighbours and the corners it blocked become
+// candidates again.
+void ear_clipper::clip(unsigned v) {
+    const unsigned u = m_prev[v];
+    const unsigned w = m_next[v];
+    m_next[u] = w;
+    m_prev[w] = u;
+    m_alive[v] = 0;
+    m_live.kill(v);
+    m_tree.kill(v);
+    if (m_listed) m_list.remove(v);
+    m_candidates.erase(v);
+    --m_remaining;
+    reconsider(u);
+    reconsider(w);
+    for (unsigned e = m_blocked_head[v]; e != none; e = m_blocked_pool[e].next) {
+        const unsigned corner = m_blocked_pool[e].corner;
+        if (m_alive[corner] && m_blocker[corner] == v) reconsider(corner);
+    }
+    m_blocked_head[v] = none;
+}
+
+void ear_clipper::reconsider(unsigned corner) {
+    m_blocker[corner] = none;
+    m_candidates.insert(corner);
 }
 
 }  // namespace facet::plane_detail

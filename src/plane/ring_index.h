@@ -16,14 +16,19 @@ class id_set {
 public:
     static constexpr std::size_t npos = std::numeric_limits<std::size_t>::max();
 
-    /// An empty set of ids below n.
-    explicit id_set(std::size_t n) {
+    /// Makes the set hold every id below n (the words are reused from one call to the next).
+    void fill(std::size_t n) {
         std::size_t bits = n;
+        std::size_t level = 0;
         do {
             const std::size_t words = (bits + 63) / 64;
-            m_levels.emplace_back(words, 0);
+            if (level == m_levels.size()) m_levels.emplace_back();
+            std::vector<std::uint64_t>& w = m_levels[level++];
+            w.assign(words, ~std::uint64_t(0));
+            if (bits % 64 != 0) w.back() = (std::uint64_t(1) << (bits % 64)) - 1;
             bits = words;
         } while (bits > 1);
+        m_levels.resize(level);
     }
 
     void insert(std::size_t id) {
@@ -86,13 +91,11 @@ private:
 /// between two corners of the ring.
 class live_counts {
 public:
-    /// All of 0..n−1 live.
-    explicit live_counts(std::size_t n) : m_tree(n + 1, 0), m_total(n) {
-        for (std::size_t i = 1; i <= n; ++i) {
-            m_tree[i] += 1;
-            const std::size_t parent = i + (i & (~i + 1));
-            if (parent <= n) m_tree[parent] += m_tree[i];
-        }
+    /// Makes all of 0..n−1 live: the entry i of the tree counts the ids i − lowbit(i) .. i − 1.
+    void fill(std::size_t n) {
+        m_tree.resize(n + 1);
+        for (std::size_t i = 0; i <= n; ++i) m_tree[i] = i & (~i + 1);
+        m_total = n;
     }
 
     void kill(std::size_t id) {
@@ -116,7 +119,7 @@ public:
 
 private:
     std::vector<std::size_t> m_tree;
-    std::size_t m_total;
+    std::size_t m_total = 0;
 };
 
 }  // namespace facet::plane_detail

@@ -2,6 +2,7 @@
 // itself is in ear_clipper.cpp.
 #include "facet/triangulate.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -9,7 +10,7 @@
 #include "plane/corner_tree.h"
 #include "plane/ear_clipper.h"
 
-using facet::plane_detail::clip_ears;
+using facet::plane_detail::ear_clipper;
 using facet::plane_detail::inside_ccw;
 
 double area(const std::vector<vector2<double>>& contour) {
@@ -51,12 +52,12 @@ bool is_ear(const std::vector<vector2<double>>& contour, const std::vector<unsig
 namespace {
 
 // The outline without repeated points, in counter-clockwise order (reversed when the signed
-// area is not positive).
-std::vector<unsigned> drop_repeated_points(const std::vector<vector2d>& contour, bool reversed) {
+// area is not positive), into `kept`.
+void drop_repeated_points(const std::vector<vector2d>& contour, bool reversed,
+                          std::vector<unsigned>& kept) {
     const std::size_t n = contour.size();
-    std::vector<unsigned> kept;
-    if (n == 0) return kept;
-    kept.reserve(n);
+    kept.clear();
+    if (n == 0) return;
     const auto index = [&](std::size_t i) {
         return static_cast<unsigned>(reversed ? n - 1 - i : i);
     };
@@ -68,37 +69,46 @@ std::vector<unsigned> drop_repeated_points(const std::vector<vector2d>& contour,
             last = p;
         }
     }
-    return kept;
 }
 
 vector2d unit(const vector2d& d) { return d / d.length(); }
 
-// Drops the corners whose edges continue straight on or double back, each decided against the
-// list as it was before.
-std::vector<unsigned> drop_collinear_points(const std::vector<vector2d>& contour,
-                                            const std::vector<unsigned>& V) {
+// The corners of V (at least 3) without those whose edges continue straight on or double
+// back, each decided against the list as it was before, into `kept`.
+void drop_collinear_points(const std::vector<vector2d>& contour, const std::vector<unsigned>& V,
+                           std::vector<unsigned>& kept) {
     const std::size_t n = V.size();
-    if (n < 3) return V;
-    std::vector<unsigned> kept;
-    kept.reserve(n);
+    kept.clear();
     for (std::size_t i = 0; i < n; ++i) {
         const vector2d& before = contour[V[i == 0 ? n - 1 : i - 1]];
         const vector2d& at = contour[V[i]];
-        const vector2d& after = contour[V[(i + 1) % n]];
+        const vector2d& after = contour[V[i + 1 == n ? 0 : i + 1]];
         const vector2d e1 = unit(at - before);
         const vector2d e2 = unit(after - at);
         if (std::fabs(std::fabs(dot(e1, e2)) - 1.0) >= 0.0001) kept.push_back(V[i]);
     }
-    return kept;
 }
+
+// The working memory of triangulate(), one per thread, kept between calls.
+struct workspace {
+    std::vector<unsigned> distinct;  // the outline without repeated points
+    std::vector<unsigned> order;     // and without collinear ones
+    ear_clipper clipper;
+};
 
 }  // namespace
 
 void triangulate(const std::vector<vector2<double>>& contour, std::vector<unsigned>& result) {
     FACET_CHECK(contour.size() < std::numeric_limits<unsigned>::max());
+    thread_local workspace scratch;
     const bool reversed = !(area(contour) > 0.0);
-    const std::vector<unsigned> order =
-        drop_collinear_points(contour, drop_repeated_points(contour, reversed));
-    if (order.size() < 3) return;
-    clip_ears(contour, order, reversed, result);
+    drop_repeated_points(contour, reversed, scratch.distinct);
+    if (scratch.distinct.size() < 3) return;
+    drop_collinear_points(contour, scratch.distinct, scratch.order);
+    const std::size_t n = scratch.order.size();
+    if (n < 3) return;
+    // Room for every triangle, growing geometrically when many outlines go into one list.
+    const std::size_t needed = result.size() + 3 * (n - 2);
+    if (result.capacity() < needed) result.reserve(std::max(needed, 2 * result.capacity()));
+    scratch.clipper.run(contour, scratch.order, reversed, result);
 }

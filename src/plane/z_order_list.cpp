@@ -1,0 +1,160 @@
+// The z-order list of the ear clipper.
+//
+// A corner is skipped only when inside_ccw(p, a, b, c), as computed in floating point, provably
+// fails for it; so the search answers yes or no exactly as testing every corner would. The
+// proof bounds the box that can hold such corners.
+//
+// Let h1, h2, h3 be the exact values of the three cross products of inside_ccw (edges c − b,
+// a − c, b − a, each with the exact differences of the given points). They are affine in p and
+// sum to T = cross(b − a, c − a), exact, at every p; so λi = hi / T are barycentric coordinates
+// of p with respect to a, b, c (λ1 the weight of a), summing to 1. With u = 2^-53 and every
+// coordinate at most S in magnitude, the computed product of an edge e differs from the exact
+// one by at most 5.001·u·(|e.x|·|p.y − q.y| + |e.y|·|p.x − q.x|) + 2^-1074 (four roundings per
+// term: the edge, the difference, the product and the final subtraction), which is at most
+// E = 11·u·S·(|e.x| + |e.y|) + 2^-1000 for the computed e. When p passes, every computed product
+// is ≥ 0, so every hi ≥ −E and λi ≥ −E / T. Then p.x − min(a.x, b.x, c.x) = Σ λi·(xi − min),
+// of which at most two terms are negative, each ≥ −(E / T)·W with W the width of the triangle:
+// p.x ≥ min − 2·(E / T)·W, and likewise on the other three sides. The computed T is within
+// 5.01·u·(|B.x·C.y| + |B.y·C.x|) + 2^-1074 of the exact one (B, C the computed b − a, c − a);
+// the box below uses a lower bound of T, twice the margin and a further 4·u·S for the rounding
+// of the box's own bounds. When that lower bound is not positive (an almost flat triangle) or a
+// margin is not finite, nothing is proved and the tree answers.
+//
+// The Morton code of a point is monotone in each coordinate (the scaling to 16 bits rounds
+// monotonically and the interleaving keeps the order in each coordinate), so a corner inside
+// the box has a code between the codes of the box's lower-left and upper-right corners: the
+// corners to test are those met walking the list both ways from the ear's tip (itself in the
+// box) until the codes leave that range.
+#include "plane/z_order_list.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "plane/corner_tree.h"
+
+namespace facet::plane_detail {
+
+namespace {
+
+constexpr double unit_roundoff = 0x1p-53;
+constexpr double code_limit = 65535.0;
+
+// The bits of a 16-bit value spread to the even bit positions.
+std::uint32_t spread(std::uint32_t v) {
+    v = (v | (v << 8)) & 0x00FF00FFu;
+    v = (v | (v << 4)) & 0x0F0F0F0Fu;
+    v = (v | (v << 2)) & 0x33333333u;
+    return (v | (v << 1)) & 0x55555555u;
+}
+
+// The offset from `origin` scaled to 0 .. code_limit, clamped (monotone in x).
+std::uint32_t grid(double x, double origin, double scale) {
+    const double t = (x - origin) * scale;
+    return static_cast<std::uint32_t>(t > 0.0 ? std::min(t, code_limit) : 0.0);
+}
+
+double edge_error(const vector2d& e, double scale) {
+    return 11.0 * unit_roundoff * scale * (std::fabs(e.x) + std::fabs(e.y)) + 0x1p-1000;
+}
+
+}  // namespace
+
+std::uint32_t z_order_list::code(double x, double y) const {
+    return spread(grid(x, m_xmin, m_xscale)) | (spread(grid(y, m_ymin, m_yscale)) << 1);
+}
+
+bool z_order_list::build(const std::vector<vector2d>& points) {
+    const std::size_t n = points.size();
+    double xmin = 0.0, xmax = 0.0, ymin = 0.0, ymax = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+        const vector2d& p = points[i];
+        if (!std::isfinite(p.x) || !std::isfinite(p.y)) return false;
+        if (i == 0 || p.x < xmin) xmin = p.x;
+        if (i == 0 || p.x > xmax) xmax = p.x;
+        if (i == 0 || p.y < ymin) ymin = p.y;
+        if (i == 0 || p.y > ymax) ymax = p.y;
+    }
+    m_xmin = xmin;
+    m_ymin = ymin;
+    m_xscale = xmax > xmin ? code_limit / (xmax - xmin) : 0.0;
+    m_yscale = ymax > ymin ? code_limit / (ymax - ymin) : 0.0;
+    m_scale = std::max(std::max(std::fabs(xmin), std::fabs(xmax)),
+                       std::max(std::fabs(ymin), std::fabs(ymax)));
+
+    // Least significant digit first, 8 bits of the code at a time; passes where every code has
+    // the same digit are skipped.
+    m_corners.resize(n);
+    m_sorted.resize(n);
+    m_swap.resize(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        const std::uint32_t c = code(points[i].x, points[i].y);
+        m_corners[i].code = c;
+        m_sorted[i] = (std::uint64_t(c) << 32) | i;
+    }
+    for (unsigned shift = 32; shift < 64; shift += 8) {
+        std::size_t count[257] = {};
+        for (const std::uint64_t key : m_sorted) ++count[((key >> shift) & 255) + 1];
+        if (count[((m_sorted[0] >> shift) & 255) + 1] == n) continue;
+        for (unsigned d = 1; d < 257; ++d) count[d] += count[d - 1];
+        for (const std::uint64_t key : m_sorted) m_swap[count[(key >> shift) & 255]++] = key;
+        m_sorted.swap(m_swap);
+    }
+    unsigned previous = none;
+    for (const std::uint64_t key : m_sorted) {
+        const auto id = static_cast<unsigned>(key);
+        m_corners[id].prev = previous;
+        if (previous != none) m_corners[previous].next = id;
+        previous = id;
+    }
+    if (previous != none) m_corners[previous].next = none;
+    return true;
+}
+
+unsigned z_order_list::find_inside(const std::vector<vector2d>& points, unsigned u, unsigned v,
+                                   unsigned w, double twice_area, unsigned budget) const {
+    const vector2d& a = points[u];
+    const vector2d& b = points[v];
+    const vector2d& c = points[w];
+    const double error = std::max(std::max(edge_error(c - b, m_scale), edge_error(a - c, m_scale)),
+                                  edge_error(b - a, m_scale));
+    const vector2d B = b - a;
+    const vector2d C = c - a;
+    const double low_area =
+        twice_area -
+        (8.0 * unit_roundoff * (std::fabs(B.x * C.y) + std::fabs(B.y * C.x)) + 0x1p-1000);
+    if (!(low_area > 0.0)) return unknown;
+    const double xmin = std::min(std::min(a.x, b.x), c.x);
+    const double xmax = std::max(std::max(a.x, b.x), c.x);
+    const double ymin = std::min(std::min(a.y, b.y), c.y);
+    const double ymax = std::max(std::max(a.y, b.y), c.y);
+    const double ratio = 4.0 * error / low_area;
+    const double xmargin = ratio * (xmax - xmin) + 4.0 * unit_roundoff * m_scale;
+    const double ymargin = ratio * (ymax - ymin) + 4.0 * unit_roundoff * m_scale;
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    if (!(xmargin < infinity && ymargin < infinity)) return unknown;
+
+    const double left = xmin - xmargin, right = xmax + xmargin;
+    const double bottom = ymin - ymargin, top = ymax + ymargin;
+    const std::uint32_t lowest = code(left, bottom);
+    const std::uint32_t highest = code(right, top);
+    const auto found = [&](unsigned k) {
+        const vector2d& p = points[k];
+        return k != u && k != w && p.x >= left && p.x <= right && p.y >= bottom && p.y <= top &&
+               inside_ccw(p, a, b, c);
+    };
+    unsigned steps = 0;
+    for (unsigned k = m_corners[v].next; k != none && m_corners[k].code <= highest;
+         k = m_corners[k].next) {
+        if (++steps > budget) return unknown;
+        if (found(k)) return k;
+    }
+    for (unsigned k = m_corners[v].prev; k != none && m_corners[k].code >= lowest;
+         k = m_corners[k].prev) {
+        if (++steps > budget) return unknown;
+        if (found(k)) return k;
+    }
+    return none;
+}
+
+}  // namespace facet::plane_detail
