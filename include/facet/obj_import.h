@@ -182,7 +182,8 @@ private:
 /// index names no style is drawn with the custom object's own brush and pen.
 /// Every vertex index of the mesh lies within its vertex list, so the mesh can be registered
 /// and drawn safely. A face that does not allow this throws obj_import::bad_face, and `out` is
-/// left unchanged.
+/// left unchanged. When `out` already has room for the vertices and triangles (a target
+/// converted into before), it is refilled in place and keeps its memory.
 FACET_API void obj2mesh(const obj_info& info, const std::string& name, graphics::custom_mesh& out);
 
 }  // namespace obj_import

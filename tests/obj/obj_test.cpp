@@ -1,11 +1,15 @@
 // OBJ import: parse_obj's reading rules and hostile input, normalisation, obj2mesh.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cfloat>
+#include <charconv>
 #include <cmath>
 #include <ios>
+#include <random>
 #include <sstream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "facet/custom_mesh.h"
@@ -49,6 +53,12 @@ std::vector<double> box_of(const obj_info& info) {
 std::vector<std::string> materials_of(const obj_info& info) {
     std::vector<std::string> names;
     for (const auto& m : info.materials) names.push_back(m.name);
+    return names;
+}
+
+std::vector<std::string> style_names(const custom_mesh& mesh) {
+    std::vector<std::string> names;
+    for (const auto& s : mesh.get_styles()) names.push_back(s.name);
     return names;
 }
 
@@ -126,6 +136,55 @@ TEST(ObjParse, NumberCountsPerKeywordAndSinglePrecisionVertices) {
     EXPECT_EQ(info.normals,
               (std::vector<vector3d>{{0.1, 0.3, -static_cast<double>(0.2f)}, {0, 0, -1}}));
     EXPECT_EQ(info.faces.size(), 1u);
+}
+
+/// What a number token reads as: the longest decimal number at its start by std::from_chars
+/// (after one '+'), or 0 when it has none or is out of range.
+template <class T>
+T reference_number(const std::string& token) {
+    const char* p = token.data();
+    const char* const end = p + token.size();
+    if (p != end && *p == '+') ++p;
+    const char* q = p != end && *p == '-' ? p + 1 : p;
+    if (q == end || !(std::isdigit(static_cast<unsigned char>(*q)) || *q == '.')) return T(0);
+    T value = T(0);
+    return std::from_chars(p, end, value).ec == std::errc() ? value : T(0);
+}
+
+TEST(ObjParse, NumbersEqualTheCorrectlyRoundedValueOnARandomSample) {
+    // Tokens around the limits of exact computation: up to 21 integer and 25 fraction digits,
+    // runs of zeros, signs, exponents and junk after the number.
+    std::mt19937_64 random(20240611);
+    const auto pick = [&random](int n) { return static_cast<int>(random() % unsigned(n)); };
+    const auto digits = [&](int n) {
+        std::string s;
+        for (int i = 0; i < n; ++i) s += pick(3) == 0 ? '0' : static_cast<char>('0' + pick(10));
+        return s;
+    };
+    const char* const signs[] = {"", "", "", "-", "+", "+-", "++"};
+    const char* const tails[] = {"", "", "", "", "", "e", "e-7", "E+300", "e-320", "x", "/2", "."};
+    const auto number = [&]() {
+        std::string t = digits(pick(22));
+        if (pick(4) != 0) t += "." + digits(pick(26));
+        t += tails[pick(12)];
+        return t.empty() ? std::string(".") : t;  // a token in any case
+    };
+    // Each vertex's x unsigned, so that the normalised value stays exact; vt carries it again
+    // and a signed one.
+    std::string text = "v 0 0 0\n";
+    std::vector<vector3d> vertices{{0, 0, 0}};
+    std::vector<double> expected_uv, uv;
+    for (int i = 0; i < 50000; ++i) {
+        const std::string x = number(), signed_number = signs[pick(7)] + number();
+        text += "v " + x + " 0 0\nvt " + x + " " + signed_number + "\n";
+        vertices.emplace_back(reference_number<float>(x), 0, 0);
+        expected_uv.insert(expected_uv.end(),
+                           {reference_number<double>(x), reference_number<double>(signed_number)});
+    }
+    const obj_info info = parse(text);
+    for (const auto& t : info.texcoords) uv.insert(uv.end(), {t.u, t.v});
+    EXPECT_EQ(info.vertices, normalised(vertices));
+    EXPECT_EQ(uv, expected_uv);
 }
 
 TEST(ObjParse, ComputedNormalOfBadOrDegenerateFaceIsZero) {
@@ -255,6 +314,14 @@ TEST(ObjToMesh, QuadsBecomeFansWithOneStylePerMaterialAndBadFacesThrow) {
         }
         EXPECT_TRUE(out.get_name() == "model" && out.get_faces() == m.get_faces());
     }
+    // A target that held a larger model is refilled to the same mesh as a fresh one.
+    custom_mesh reused;
+    obj_import::obj2mesh(parse(two_materials + two_materials + "usemtl green\nf 1 2 3\n"), "big",
+                         reused);
+    obj_import::obj2mesh(info, "model", reused);
+    EXPECT_TRUE(reused.get_name() == "model" && reused.get_vertices() == m.get_vertices() &&
+                reused.get_faces() == m.get_faces() && style_names(reused) == materials_of(info));
+
     info.faces[2].material = 17;  // copied as it is, even naming no material
     obj_import::obj2mesh(info, "odd", m);
     EXPECT_EQ(m.get_face(3).style, 17);
