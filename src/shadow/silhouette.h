@@ -10,6 +10,20 @@
 
 namespace facet::detail {
 
+/// Asks the processor to fetch the cache line at `p` (a hint; it does nothing elsewhere).
+inline void prefetch(const void* p) {
+#if defined(__GNUC__)
+    __builtin_prefetch(p);
+#else
+    (void)p;
+#endif
+}
+
+/// How many half-edges ahead the walk below fetches each twin, and half as far ahead the
+/// twin's face: twins and their faces lie far from the half-edge in memory, and the walk would
+/// otherwise wait for each of them in turn.
+inline constexpr std::uint32_t silhouette_prefetch_distance = 64;
+
 /// Appends to `out`, in index order, the index of every half-edge h of `edges` that has a twin
 /// t, for which `rule.considered(h.vertex, t->vertex)` holds and then `rule.counts(x, y)`, where
 /// x and y are the dot products of h's and t's face normals with d = unit((A + B) / 2.0 − light)
@@ -29,7 +43,11 @@ void find_silhouette(const carray<halfedge>& edges, const carray<vector3d>& vert
     const halfedge* const first = edges.data();
     const std::less<const halfedge*> before;
     std::vector<std::uint8_t> decided(n, open);
+    constexpr std::uint32_t ahead = silhouette_prefetch_distance;
     for (std::uint32_t i = 0; i < n; ++i) {
+        if (i + ahead < n) prefetch(first[i + ahead].m_twinedge);
+        if (i + ahead / 2 < n && first[i + ahead / 2].m_twinedge != nullptr)
+            prefetch(&first[i + ahead / 2].m_twinedge->face->normal);
         if (decided[i] != open) {
             if (decided[i] == silhouette) out.push_back(i);
             continue;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <map>
 #include <vector>
 
 #include "facet/objects.h"
@@ -153,6 +154,39 @@ TEST(ShadowVolumeMap, ADuplicateSlotDeletedByTheSweepIsDeletedEverywhere) {
     ASSERT_EQ(m.map.find_record(m[1])->deleted.size(), 2u);
     EXPECT_TRUE(m.map.get_primitive_shadow_volumes(m[1]).empty());
     EXPECT_EQ(m.map.get_shadow_volume(m[1], 0), nullptr);
+}
+
+TEST(ShadowVolumeMap, ManyMastersFiledOverFramesAreSweptInKeyOrder) {
+    // 40 masters filed in a scrambled order over two frames, each found again after the sweep.
+    std::vector<basic_object> storage(40);
+    std::vector<basic_object*> by_key, order;
+    for (basic_object& o : storage) by_key.push_back(&o);
+    std::sort(by_key.begin(), by_key.end(), std::less<basic_object*>());
+    std::map<basic_object*, shadow_volume*> filed;
+    for (std::size_t k = 0; k < by_key.size(); ++k) order.push_back(by_key[(k * 17) % 40]);
+    shadow_volume_map map;
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        map.add_shadow_volume(filed[order[k]] = volume(order[k], 0));
+        if (k == 25) map.remove_unused_volumes();
+    }
+    for (basic_object* o : by_key) EXPECT_EQ(map.get_shadow_volume(o, 0), filed[o]);
+    // All but the 30th in key order asked for: the sweep erases it and deletes the first (only)
+    // volume of each record after it in key order.
+    map.reset_records();
+    for (std::size_t k = 0; k < by_key.size(); ++k)
+        if (k != 30) map.get_shadow_volume(by_key[k], 0);
+    map.remove_unused_volumes();
+    EXPECT_EQ(map.num_records(), 39u);
+    for (std::size_t k = 0; k < by_key.size(); ++k) {
+        SCOPED_TRACE(k);
+        if (k == 30) {
+            EXPECT_EQ(map.find_record(by_key[k]), nullptr);
+            continue;
+        }
+        ASSERT_NE(map.find_record(by_key[k]), nullptr);
+        EXPECT_EQ(map.find_record(by_key[k])->deleted.size(), k > 30 ? 1u : 0u);
+        EXPECT_EQ(map.get_shadow_volume(by_key[k], 0), k > 30 ? nullptr : filed[by_key[k]]);
+    }
 }
 
 TEST(ShadowVolumeMapDeathTest, NullVolume) {

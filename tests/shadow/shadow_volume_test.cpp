@@ -69,8 +69,33 @@ private:
     mesh_data m_data;
 };
 
-// Everything a build writes or may leave alone, exactly (hexadecimal floats).
-std::string dump(const indexedfaceset& m) {
+// The cube with hand-made twin links that do not point back (earlier, later, to itself, to a
+// half-edge whose twin is gone), as a host may leave them.
+class rewired_object : public mesh_object {
+public:
+    rewired_object() : mesh_object(cube()) {}
+
+protected:
+    void update_mesh(indexedfaceset& target) const override {
+        mesh_object::update_mesh(target);
+        halfedge* e = target.edges().data();
+        e[5].m_twinedge = &e[0];
+        e[1].m_twinedge = &e[30];
+        e[3].m_twinedge = &e[3];
+        e[20].m_twinedge->m_twinedge = nullptr;
+    }
+};
+
+// The position of `p` in `base`, or -1 for null.
+long index_of(const void* p, const void* base, std::size_t size) {
+    if (p == nullptr) return -1;
+    return static_cast<long>((static_cast<const char*>(p) - static_cast<const char*>(base)) /
+                             static_cast<std::ptrdiff_t>(size));
+}
+
+// Everything a build writes or may leave alone, exactly (hexadecimal floats); with `links`, also
+// the half-edges (only for a face set whose half-edges belong to its faces).
+std::string dump(const indexedfaceset& m, bool links = false) {
     std::ostringstream s;
     s << std::hexfloat << m.num_edges() << ' ' << m.num_lines() << ' ' << m.normals().size() << ' '
       << m.num_texcoords() << ' ' << m.tangents().size() << ' ' << m.get_backface_culling() << ' '
@@ -80,6 +105,16 @@ std::string dump(const indexedfaceset& m) {
         s << f.vertex[0] << ' ' << f.vertex[1] << ' ' << f.vertex[2] << ' ' << f.style << ' '
           << f.normal.x << ' ' << f.normal.y << ' ' << f.normal.z << ' ' << f.brush << f.pen
           << '\n';
+    if (links)
+        for (const halfedge& e : m.edges())
+            s << e.vertex << ' ' << index_of(e.face, m.faces().data(), sizeof(face)) << ' '
+              << index_of(e.next, m.edges().data(), sizeof(halfedge)) << ' '
+              << index_of(e.prev, m.edges().data(), sizeof(halfedge)) << ' '
+              << index_of(e.m_twinedge, m.edges().data(), sizeof(halfedge)) << ' ' << e.flags
+              << '\n';
+    for (const texcoord& t : m.texcoords()) s << t.u << ' ' << t.v << '\n';
+    for (const carray<vector3d>* a : {&m.normals(), &m.tangents(), &m.bitangents()})
+        for (const vector3d& v : *a) s << v.x << ' ' << v.y << ' ' << v.z << '\n';
     for (const graphics::style& t : m.styles())
         s << t.name << ' ' << t.brush << t.pen << t.texture.texture_id << ' '
           << t.texture.norm_map_id << ' ' << t.texture.texture_rotated << ' '
@@ -104,7 +139,8 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
                            mesh_object(tangle(8)), mesh_object(sliver)};
     primitives::cylinder cylinder(2.0, 1.0, 12);
     primitives::cone cone(1.5, 0.7);
-    std::vector<primitives::basic_object*> objects = {&cylinder, &cone};
+    rewired_object rewired;
+    std::vector<primitives::basic_object*> objects = {&cylinder, &cone, &rewired};
     for (mesh_object& o : cubes) objects.push_back(&o);
     std::mt19937 rng(7);
     std::uniform_real_distribution<double> coord(-2.0, 2.0);
@@ -118,6 +154,11 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
             {-3.0, 0.2, 0.1}, {0.5, -2.0, 0.5},       {0.5, -5.0, 0.5}};
         for (int i = 0; i < 20; ++i) lights.emplace_back(coord(rng), coord(rng), coord(rng));
         lights.insert(lights.end(), src.vertices().begin(), src.vertices().end());
+        // One output and one volume kept over all lights, rebuilt each time.
+        indexedfaceset kept_out, kept_expected;
+        prefill(kept_out);
+        prefill(kept_expected);
+        shadow_volume kept(objects[k], lights[0], std::nan(""), 0);
         for (const vector3d& light : lights) {
             SCOPED_TRACE(testing::Message() << "object " << k << ", light " << light.x << " "
                                             << light.y << " " << light.z);
@@ -130,7 +171,12 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
             shadow_volume v(objects[k], light, 0.0, 0);
             v.rebuild_mesh();
             reference::shadow_volume(src, light, true, rebuilt);
-            EXPECT_EQ(dump(v.get_mesh()), dump(rebuilt));
+            EXPECT_EQ(dump(v.get_mesh(), true), dump(rebuilt, true));
+            src.build_shadow_volume(light, kept_out);
+            reference::shadow_volume(src, light, false, kept_expected);
+            EXPECT_EQ(dump(kept_out), dump(kept_expected));
+            kept.set_light(light, 0.0, 0, true);
+            EXPECT_EQ(dump(kept.get_mesh(), true), dump(rebuilt, true));
         }
     }
     indexedfaceset bare, out, expected;  // without half-edges the output is left untouched
@@ -187,7 +233,7 @@ TEST(ShadowVolume, LightIsTakenIntoThePlacedMastersObjectSpace) {
     const vector3d object_light = primitives::worldspace_to_objectspace(world_light, placed);
     reference::shadow_volume(placed.get_mesh(), object_light, true, expected);
     EXPECT_GT(v.get_mesh().num_faces(), 0u);
-    EXPECT_EQ(dump(v.get_mesh()), dump(expected));
+    EXPECT_EQ(dump(v.get_mesh(), true), dump(expected, true));
 }
 
 TEST(ShadowVolumeDeathTest, OutputMustDifferAndAMasterIsNeeded) {
