@@ -5,24 +5,6 @@
 #include "shadow/extrusion.h"
 #include "shadow/silhouette.h"
 
-namespace {
-
-// One degree in radians, used as a tolerance on dot products of unit vectors.
-constexpr double silhouette_tolerance = 0.017453292519943295;
-
-// Each paired edge once, from its half-edge with the smaller start vertex; a silhouette edge
-// when its two faces are not clearly on the same side of the direction from the light (any NaN
-// makes both comparisons false).
-struct tolerant_rule {
-    bool considered(std::uint32_t own, std::uint32_t twin) const { return own < twin; }
-    bool counts(double a, double b) const {
-        const double e = silhouette_tolerance;
-        return (a > -e && b < e) || (a < e && b > -e);
-    }
-};
-
-}  // namespace
-
 void indexedfaceset::build_shadow_volume(vector3d light, indexedfaceset& out) const {
     using facet::detail::extrude_from_light;
     using facet::detail::unit;
@@ -33,7 +15,8 @@ void indexedfaceset::build_shadow_volume(vector3d light, indexedfaceset& out) co
     if (num_edges() == 0) return;
 
     std::vector<std::uint32_t> silhouette;
-    facet::detail::find_silhouette(m_edges, m_vertices, light, tolerant_rule(), silhouette);
+    facet::detail::find_silhouette(*this, light, facet::detail::silhouette_rule::tolerant,
+                                   silhouette);
 
     const auto n = static_cast<std::uint32_t>(silhouette.size());
     // Every vertex and face is written below.

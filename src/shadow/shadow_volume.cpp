@@ -10,13 +10,6 @@
 
 namespace {
 
-// Every half-edge with a twin is considered; a silhouette edge runs from a lit (or edge-on) face
-// to a face that is turned away.
-struct oriented_rule {
-    bool considered(std::uint32_t, std::uint32_t) const { return true; }
-    bool counts(double own, double twin) const { return own <= 0.0 && twin > 0.0; }
-};
-
 // Moves the arrays of `from` that the volume's build rewrites into the fresh face set `to`, so
 // that those whose size does not change keep their storage (each is resized for overwriting or
 // written whole before it is read).
@@ -72,7 +65,7 @@ void shadow_volume::rebuild_mesh() {
     // Silhouette edges, each taken once: from its lit (or edge-on) face towards the face that
     // is turned away.
     std::vector<std::uint32_t> silhouette;
-    facet::detail::find_silhouette(source.edges(), source.vertices(), light, oriented_rule(),
+    facet::detail::find_silhouette(source, light, facet::detail::silhouette_rule::oriented,
                                    silhouette);
 
     indexedfaceset& mesh = *m_mesh;
