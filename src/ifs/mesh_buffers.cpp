@@ -34,7 +34,8 @@ struct pool {
     std::uint64_t bytes = 0;
     std::uint64_t clock = 0;
     std::tuple<std::deque<pooled<vector3d>>, std::deque<pooled<face>>, std::deque<pooled<halfedge>>,
-               std::deque<pooled<texcoord>>, std::deque<pooled<std::uint32_t>>>
+               std::deque<pooled<texcoord>>, std::deque<pooled<std::uint32_t>>,
+               std::deque<pooled<double>>>
         lists;
 
     template <class T>
@@ -126,6 +127,8 @@ template void recycle(carray<face>&);
 template void recycle(carray<halfedge>&);
 template void recycle(carray<texcoord>&);
 template void recycle(carray<std::uint32_t>&);
+template void size_for_overwrite(carray<double>&, std::uint32_t);
+template void recycle(carray<double>&);
 
 }  // namespace facet::detail
 

@@ -6,6 +6,7 @@
 #include "facet/ifs.h"
 #include "facet/math3d.h"
 #include "ifs/incoming_edges.h"
+#include "ifs/mesh_buffers.h"
 
 namespace {
 
@@ -148,10 +149,14 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
     vector3d* const tangents = m_tangents.data();
     vector3d* const bitangents = m_bitangents.data();
 
-    // Vertex by vertex: every corner is visited once, as the end of the half-edge before it
-    // (half-edge 3i + j ends at corner (j + 1) mod 3 of face i), and computed from its own face
-    // and the distinct normals around its vertex alone, so the order of the visits does not
-    // change a result.
+    // Two passes, so that the costly steps of one corner do not wait for those of the corner
+    // before. The first, vertex by vertex, visits every corner once, as the end of the half-edge
+    // before it (half-edge 3i + j ends at corner (j + 1) mod 3 of face i), and computes its
+    // normal from its own face and the distinct normals around its vertex alone, so the order
+    // of the visits does not change a result; it keeps the cosine of the angle the normal turned
+    // by. The second, corner by corner in order, turns the tangent frames.
+    facet::detail::scratch<double> cosines(3 * num_faces);
+    double* const cosine = cosines.data();
     distinct_normals around;
     for (std::uint32_t v = 0; v < num_vertices; ++v) {
         if (incoming.first(v) == incoming.last(v)) continue;
@@ -169,32 +174,40 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             const std::uint32_t e = incoming.edge(h);
             const std::uint32_t i = e / 3;
             const std::uint32_t k = (e % 3 + 1) % 3;
-            const face& f = faces[i];
-            const vector3d& own = f.normal;
-            static_cast<void>(m_texcoords[f.texcoord[k]]);  // corners must have coordinates
+            const vector3d& own = faces[i].normal;
 
             vector3d sum = own;
             for (const vector3d* m = around.begin(); m != around.end(); ++m)
                 if (!(*m == own) && dot(*m, own) > threshold) sum += *m;
             sum.normalize();
-
-            vector3d tangent = f.tangent;
-            vector3d bitangent = f.bitangent;
             double c = dot(sum, own);
             if (c > 1.0) c = 1.0;
             if (c < -1.0) c = -1.0;
-            const double phi = std::acos(c) * 180.0 / geometry::pi;
-            if (std::fabs(phi) >= 0.1 && sum.length() > 0.1) {
-                const vector3d axis = cross(own, sum);
-                const rotation r(phi, axis.x, axis.y, axis.z);
-                tangent = r.apply(f.tangent);
-                tangent.normalize();
-                bitangent = r.apply(f.bitangent);
-                bitangent.normalize();
-            }
             normals[3 * i + k] = sum;
-            tangents[3 * i + k] = tangent;
-            bitangents[3 * i + k] = bitangent;
+            cosine[3 * i + k] = c;
+        }
+    }
+
+    for (std::uint32_t i = 0; i < num_faces; ++i) {
+        const face& f = faces[i];
+        for (std::uint32_t k = 0; k < 3; ++k) {
+            static_cast<void>(m_texcoords[f.texcoord[k]]);  // corners must have coordinates
+            const std::uint32_t j = 3 * i + k;
+            const vector3d& sum = normals[j];
+            const double phi = std::acos(cosine[j]) * 180.0 / geometry::pi;
+            if (std::fabs(phi) >= 0.1 && sum.length() > 0.1) {
+                const vector3d axis = cross(f.normal, sum);
+                const rotation r(phi, axis.x, axis.y, axis.z);
+                vector3d tangent = r.apply(f.tangent);
+                tangent.normalize();
+                vector3d bitangent = r.apply(f.bitangent);
+                bitangent.normalize();
+                tangents[j] = tangent;
+                bitangents[j] = bitangent;
+            } else {
+                tangents[j] = f.tangent;
+                bitangents[j] = f.bitangent;
+            }
         }
     }
 }
