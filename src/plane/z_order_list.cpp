@@ -29,6 +29,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 #include "plane/corner_tree.h"
@@ -100,19 +101,89 @@ bool z_order_list::build(const std::vector<vector2d>& points) {
         for (const std::uint64_t key : m_sorted) m_swap[count[(key >> shift) & 255]++] = key;
         m_sorted.swap(m_swap);
     }
+    m_skip.resize(n + 1);
     unsigned previous = none;
-    for (const std::uint64_t key : m_sorted) {
-        const auto id = static_cast<unsigned>(key);
+    for (std::size_t i = 0; i < n; ++i) {
+        const auto id = static_cast<unsigned>(m_sorted[i]);
         m_corners[id].prev = previous;
+        m_corners[id].position = static_cast<unsigned>(i);
         if (previous != none) m_corners[previous].next = id;
         previous = id;
+        m_skip[i] = static_cast<unsigned>(i);
     }
     if (previous != none) m_corners[previous].next = none;
+    m_skip[n] = static_cast<unsigned>(n);
     return true;
 }
 
+std::size_t z_order_list::live_from(std::size_t position) {
+    // Path halving keeps the chains of removed places short.
+    while (m_skip[position] != position) {
+        m_skip[position] = m_skip[m_skip[position]];
+        position = m_skip[position];
+    }
+    return position;
+}
+
+// The query box in grid cells and in coordinates.
+struct z_order_list::box {
+    std::uint32_t x0, y0, x1, y1;
+    double left, bottom, right, top;
+};
+
+// The corners in the box, found by cutting it into parts whose code ranges are not much longer
+// than their areas (a box across a high boundary of the grid has a code range far longer than
+// its area), and searching each part's range in m_sorted.
+unsigned z_order_list::search_parts(const std::vector<vector2d>& points, unsigned u, unsigned v,
+                                    unsigned w, const box& b, unsigned budget) {
+    const vector2d& pu = points[u];
+    const vector2d& pv = points[v];
+    const vector2d& pw = points[w];
+    struct part {
+        std::uint32_t x0, y0, x1, y1;
+    };
+    part stack[32];
+    std::size_t top = 0;
+    stack[top++] = {b.x0, b.y0, b.x1, b.y1};
+    unsigned steps = 0;
+    while (top > 0) {
+        const part p = stack[--top];
+        const std::uint32_t low = spread(p.x0) | (spread(p.y0) << 1);
+        const std::uint32_t high = spread(p.x1) | (spread(p.y1) << 1);
+        const std::uint64_t area = std::uint64_t(p.x1 - p.x0 + 1) * (p.y1 - p.y0 + 1);
+        if (high - low >= 4 * area && top + 2 <= std::size(stack)) {
+            // Cut at the highest bit where the corners' codes differ: an x bit at even places,
+            // a y bit at odd ones. Above it both corners agree, so the cut lies inside.
+            const int bit = 31 - __builtin_clz(low ^ high);
+            const int k = bit / 2;
+            if (bit % 2 == 0) {
+                const std::uint32_t cut = (p.x1 >> k) << k;
+                stack[top++] = {p.x0, p.y0, cut - 1, p.y1};
+                stack[top++] = {cut, p.y0, p.x1, p.y1};
+            } else {
+                const std::uint32_t cut = (p.y1 >> k) << k;
+                stack[top++] = {p.x0, p.y0, p.x1, cut - 1};
+                stack[top++] = {p.x0, cut, p.x1, p.y1};
+            }
+            continue;
+        }
+        const auto first =
+            std::lower_bound(m_sorted.begin(), m_sorted.end(), std::uint64_t(low) << 32);
+        for (std::size_t i = live_from(static_cast<std::size_t>(first - m_sorted.begin()));
+             i < m_sorted.size() && (m_sorted[i] >> 32) <= high; i = live_from(i + 1)) {
+            if (++steps > budget) return unknown;
+            const auto k = static_cast<unsigned>(m_sorted[i]);
+            const vector2d& q = points[k];
+            if (k != u && k != v && k != w && q.x >= b.left && q.x <= b.right && q.y >= b.bottom &&
+                q.y <= b.top && inside_ccw(q, pu, pv, pw))
+                return k;
+        }
+    }
+    return none;
+}
+
 unsigned z_order_list::find_inside(const std::vector<vector2d>& points, unsigned u, unsigned v,
-                                   unsigned w, double twice_area, unsigned budget) const {
+                                   unsigned w, double twice_area, unsigned budget) {
     const vector2d& a = points[u];
     const vector2d& b = points[v];
     const vector2d& c = points[w];
@@ -134,24 +205,32 @@ unsigned z_order_list::find_inside(const std::vector<vector2d>& points, unsigned
     constexpr double infinity = std::numeric_limits<double>::infinity();
     if (!(xmargin < infinity && ymargin < infinity)) return unknown;
 
-    const double left = xmin - xmargin, right = xmax + xmargin;
-    const double bottom = ymin - ymargin, top = ymax + ymargin;
-    const std::uint32_t lowest = code(left, bottom);
-    const std::uint32_t highest = code(right, top);
+    box q;
+    q.left = xmin - xmargin;
+    q.right = xmax + xmargin;
+    q.bottom = ymin - ymargin;
+    q.top = ymax + ymargin;
+    q.x0 = grid(q.left, m_xmin, m_xscale);
+    q.x1 = grid(q.right, m_xmin, m_xscale);
+    q.y0 = grid(q.bottom, m_ymin, m_yscale);
+    q.y1 = grid(q.top, m_ymin, m_yscale);
+    const std::uint32_t lowest = spread(q.x0) | (spread(q.y0) << 1);
+    const std::uint32_t highest = spread(q.x1) | (spread(q.y1) << 1);
     const auto found = [&](unsigned k) {
         const vector2d& p = points[k];
-        return k != u && k != w && p.x >= left && p.x <= right && p.y >= bottom && p.y <= top &&
-               inside_ccw(p, a, b, c);
+        return k != u && k != w && p.x >= q.left && p.x <= q.right && p.y >= q.bottom &&
+               p.y <= q.top && inside_ccw(p, a, b, c);
     };
+    // Most boxes are small and their ranges short: walk the list both ways from the tip.
     unsigned steps = 0;
     for (unsigned k = m_corners[v].next; k != none && m_corners[k].code <= highest;
          k = m_corners[k].next) {
-        if (++steps > budget) return unknown;
+        if (++steps > budget) return search_parts(points, u, v, w, q, 4 * budget);
         if (found(k)) return k;
     }
     for (unsigned k = m_corners[v].prev; k != none && m_corners[k].code >= lowest;
          k = m_corners[k].prev) {
-        if (++steps > budget) return unknown;
+        if (++steps > budget) return search_parts(points, u, v, w, q, 4 * budget);
         if (found(k)) return k;
     }
     return none;

@@ -30,6 +30,7 @@ public:
         const unsigned after = m_corners[id].next;
         if (before != none) m_corners[before].next = after;
         if (after != none) m_corners[after].prev = before;
+        m_skip[m_corners[id].position] = m_corners[id].position + 1;
     }
 
     /// Like corner_tree::find_inside: a linked corner k other than u, v, w with
@@ -38,18 +39,26 @@ public:
     /// triangle is too thin to bound safely or more than `budget` corners lie in the walked
     /// range; the caller then asks the tree.
     unsigned find_inside(const std::vector<vector2d>& points, unsigned u, unsigned v, unsigned w,
-                         double twice_area, unsigned budget) const;
+                         double twice_area, unsigned budget);
 
 private:
     struct corner {
         std::uint32_t code;   // the Morton code of its coordinates
         unsigned prev, next;  // its neighbours in code order among the remaining corners
+        unsigned position;    // its place in m_sorted
     };
+    struct box;
 
     std::uint32_t code(double x, double y) const;
+    unsigned search_parts(const std::vector<vector2d>& points, unsigned u, unsigned v, unsigned w,
+                          const box& b, unsigned budget);
+    std::size_t live_from(std::size_t position);
 
     std::vector<corner> m_corners;
     std::vector<std::uint64_t> m_sorted, m_swap;  // (code << 32 | id), sorted by code
+    // Per place in m_sorted, the place itself when its corner remains, else a place at or
+    // before the next remaining one (m_sorted.size() when none remains after it).
+    std::vector<unsigned> m_skip;
     double m_xmin = 0.0, m_ymin = 0.0, m_xscale = 0.0, m_yscale = 0.0;
     double m_scale = 0.0;  // the largest coordinate magnitude
 };
