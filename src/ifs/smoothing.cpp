@@ -1,5 +1,6 @@
 // indexedfaceset: smooth corner normals with tangent frames turned along.
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -157,15 +158,37 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
     // by. The second, corner by corner in order, turns the tangent frames.
     facet::detail::scratch<double> cosines(3 * num_faces);
     double* const cosine = cosines.data();
+
+    // The face normals packed in face order, so that the walk around the vertices reads 24
+    // bytes per face instead of whole face records; and, for half-edges that may have been
+    // changed, the index of each one's face when they all point at records of the face array.
+    facet::detail::scratch<vector3d> packed_normals(num_faces);
+    vector3d* const packed = packed_normals.data();
+    for (std::uint32_t i = 0; i < num_faces; ++i) packed[i] = faces[i].normal;
+    facet::detail::scratch<std::uint32_t> face_indices(edges_as_built ? 0 : 3 * num_faces);
+    std::uint32_t* const face_of = face_indices.data();
+    bool in_face_array = !edges_as_built;
+    const auto base = reinterpret_cast<std::uintptr_t>(faces);
+    for (std::uint32_t e = 0; in_face_array && e < 3 * num_faces; ++e) {
+        const std::uintptr_t offset = reinterpret_cast<std::uintptr_t>(edges[e].face) - base;
+        in_face_array = offset % sizeof(face) == 0 && offset / sizeof(face) < num_faces;
+        face_of[e] = static_cast<std::uint32_t>(offset / sizeof(face));
+    }
+
     distinct_normals around;
     for (std::uint32_t v = 0; v < num_vertices; ++v) {
         if (incoming.first(v) == incoming.last(v)) continue;
-        // Half-edges as construct_halfedge_data left them belong to face e / 3, the face whose
-        // corner is computed next: its record is read anyway.
-        if (edges_as_built)
+        if (edges_as_built)  // half-edge e belongs to face e / 3
+            around.collect(
+                incoming, [packed](std::uint32_t e) -> const vector3d& { return packed[e / 3]; },
+                v);
+        else if (in_face_array)
             around.collect(
                 incoming,
-                [faces](std::uint32_t e) -> const vector3d& { return faces[e / 3].normal; }, v);
+                [packed, face_of](std::uint32_t e) -> const vector3d& {
+                    return packed[face_of[e]];
+                },
+                v);
         else
             around.collect(
                 incoming,
@@ -174,7 +197,7 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             const std::uint32_t e = incoming.edge(h);
             const std::uint32_t i = e / 3;
             const std::uint32_t k = (e % 3 + 1) % 3;
-            const vector3d& own = faces[i].normal;
+            const vector3d& own = packed[i];
 
             vector3d sum = own;
             for (const vector3d* m = around.begin(); m != around.end(); ++m)
