@@ -172,14 +172,10 @@ private:
         const primitives::basic_object* master;
         primitive_shadow_record record;
     };
-    // A slot of the hash index: the position of a master's entry in m_records, or `empty`.
-    struct index_slot {
-        const primitives::basic_object* master = nullptr;
-        std::uint32_t position = empty;
-        static constexpr std::uint32_t empty = 0xffffffffu;
-    };
+    // The value of an empty slot of the hash index.
+    static constexpr std::uint32_t no_entry = 0xffffffffu;
 
-    // The position of `master`'s entry in m_records, or index_slot::empty.
+    // The position of `master`'s entry in m_records, or no_entry.
     std::uint32_t find_position(const primitives::basic_object* master) const;
     // The entry of `master`, or null.
     entry* find_entry(const primitives::basic_object* master);
@@ -190,9 +186,10 @@ private:
 
     // The records sorted by master (compared as pointer values) up to m_sorted, then the records
     // added since the last sweep, which sorts them in. Lookups go through m_index, an open-
-    // addressing hash table of a power-of-two size at least twice the number of records, so
+    // addressing hash table of the records' positions (no_entry where empty; the master is
+    // compared in the record) of a power-of-two size at least twice the number of records, so
     // each operation of a frame costs the same whatever the number of records.
     std::vector<entry> m_records;
     std::size_t m_sorted = 0;
-    std::vector<index_slot> m_index;
+    std::vector<std::uint32_t> m_index;
 };

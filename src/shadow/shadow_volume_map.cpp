@@ -21,7 +21,8 @@ namespace {
 using record = primitive_shadow_record;
 using master_ptr = const primitives::basic_object*;
 
-// The first index slot to probe for `master` in a table of 2^bits slots (Fibonacci hashing).
+// The first index slot to probe for `master` in a table of mask + 1 slots (a power of two):
+// Fibonacci hashing of the address.
 std::size_t home_slot(master_ptr master, std::size_t mask) {
     const auto key = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(master));
     return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> 32) & mask;
@@ -73,32 +74,31 @@ shadow_volume_map::~shadow_volume_map() {
 }
 
 std::uint32_t shadow_volume_map::find_position(master_ptr master) const {
-    if (m_index.empty()) return index_slot::empty;
+    if (m_index.empty()) return no_entry;
     const std::size_t mask = m_index.size() - 1;
     for (std::size_t i = home_slot(master, mask);; i = (i + 1) & mask) {
-        const index_slot& s = m_index[i];
-        if (s.position == index_slot::empty || s.master == master) return s.position;
+        const std::uint32_t p = m_index[i];
+        if (p == no_entry || m_records[p].master == master) return p;
     }
 }
 
 shadow_volume_map::entry* shadow_volume_map::find_entry(master_ptr master) {
     const std::uint32_t p = find_position(master);
-    return p == index_slot::empty ? nullptr : &m_records[p];
+    return p == no_entry ? nullptr : &m_records[p];
 }
 
 void shadow_volume_map::index_entry(std::uint32_t position) {
     const std::size_t mask = m_index.size() - 1;
     master_ptr const master = m_records[position].master;
     std::size_t i = home_slot(master, mask);
-    while (m_index[i].position != index_slot::empty) i = (i + 1) & mask;
-    m_index[i].master = master;
-    m_index[i].position = position;
+    while (m_index[i] != no_entry) i = (i + 1) & mask;
+    m_index[i] = position;
 }
 
 void shadow_volume_map::rebuild_index() {
     std::size_t size = 16;
     while (size < 2 * m_records.size()) size *= 2;
-    m_index.assign(size, index_slot());
+    m_index.assign(size, no_entry);
     for (std::size_t p = 0; p < m_records.size(); ++p) index_entry(static_cast<std::uint32_t>(p));
 }
 
@@ -215,5 +215,5 @@ void shadow_volume_map::remove_unused_volumes() {
 
 const primitive_shadow_record* shadow_volume_map::find_record(master_ptr primitive) const {
     const std::uint32_t p = find_position(primitive);
-    return p == index_slot::empty ? nullptr : &m_records[p].record;
+    return p == no_entry ? nullptr : &m_records[p].record;
 }
