@@ -37,8 +37,8 @@ constexpr unsigned none = std::numeric_limits<unsigned>::max();
 // Below this many remaining corners a plain scan is cheaper than the tree.
 constexpr std::size_t tree_threshold = 24;
 
-// The most corners the z-order walk tests before it hands the ear to the tree.
-constexpr unsigned walk_budget = 64;
+// The most corners the z-order list meets in one search before it hands the ear to the tree.
+constexpr unsigned list_budget = 256;
 
 [[noreturn]] void bad_polygon() { throw std::runtime_error("Triangulation error: bad polygon"); }
 
@@ -120,7 +120,7 @@ bool ear_clipper::is_ear(unsigned u, unsigned v, unsigned w) {
 unsigned ear_clipper::find_inside(unsigned u, unsigned v, unsigned w, double twice_area) {
     if (m_remaining >= tree_threshold) {
         if (m_listed) {
-            const unsigned found = m_list.find_inside(m_points, u, v, w, twice_area, walk_budget);
+            const unsigned found = m_list.find_inside(m_points, u, v, w, twice_area, list_budget);
             if (found != z_order_list::unknown) return found;
         }
         // (Re)built from the ring when missing or when more than half of its corners are gone.
@@ -146,7 +146,7 @@ void ear_clipper::clip(unsigned v) {
     m_prev[w] = u;
     m_alive[v] = 0;
     m_live.kill(v);
-    m_tree.kill(v);
+    if (m_tree.size() != 0) m_tree.kill(v);
     if (m_listed) m_list.remove(v);
     m_candidates.erase(v);
     --m_remaining;

@@ -112,6 +112,7 @@ public:
 
     /// The number of live ids met walking cyclically from `from` (included) to `to` (excluded).
     std::size_t distance(std::size_t from, std::size_t to) const {
+        if (from == to) return 0;
         const std::size_t a = below(from);
         const std::size_t b = below(to);
         return to >= from ? b - a : m_total - a + b;

@@ -79,13 +79,12 @@ void drop_collinear_points(const std::vector<vector2d>& contour, const std::vect
                            std::vector<unsigned>& kept) {
     const std::size_t n = V.size();
     kept.clear();
+    // The edge leaving a corner is the edge arriving at the next one.
+    vector2d arriving = unit(contour[V[0]] - contour[V[n - 1]]);
     for (std::size_t i = 0; i < n; ++i) {
-        const vector2d& before = contour[V[i == 0 ? n - 1 : i - 1]];
-        const vector2d& at = contour[V[i]];
-        const vector2d& after = contour[V[i + 1 == n ? 0 : i + 1]];
-        const vector2d e1 = unit(at - before);
-        const vector2d e2 = unit(after - at);
-        if (std::fabs(std::fabs(dot(e1, e2)) - 1.0) >= 0.0001) kept.push_back(V[i]);
+        const vector2d leaving = unit(contour[V[i + 1 == n ? 0 : i + 1]] - contour[V[i]]);
+        if (std::fabs(std::fabs(dot(arriving, leaving)) - 1.0) >= 0.0001) kept.push_back(V[i]);
+        arriving = leaving;
     }
 }
 

@@ -41,6 +41,9 @@ namespace {
 constexpr double unit_roundoff = 0x1p-53;
 constexpr double code_limit = 65535.0;
 
+// The most corners the walk from the tip tests before the box is cut into parts.
+constexpr unsigned walk_steps = 64;
+
 // The bits of a 16-bit value spread to the even bit positions.
 std::uint32_t spread(std::uint32_t v) {
     v = (v | (v << 8)) & 0x00FF00FFu;
@@ -83,7 +86,7 @@ bool z_order_list::build(const std::vector<vector2d>& points) {
     m_scale = std::max(std::max(std::fabs(xmin), std::fabs(xmax)),
                        std::max(std::fabs(ymin), std::fabs(ymax)));
 
-    // Least significant digit first, 8 bits of the code at a time; passes where every code has
+    // Least significant digit first, 11 bits of the code at a time; passes where every code has
     // the same digit are skipped.
     m_corners.resize(n);
     m_sorted.resize(n);
@@ -93,12 +96,14 @@ bool z_order_list::build(const std::vector<vector2d>& points) {
         m_corners[i].code = c;
         m_sorted[i] = (std::uint64_t(c) << 32) | i;
     }
-    for (unsigned shift = 32; shift < 64; shift += 8) {
-        std::size_t count[257] = {};
-        for (const std::uint64_t key : m_sorted) ++count[((key >> shift) & 255) + 1];
-        if (count[((m_sorted[0] >> shift) & 255) + 1] == n) continue;
-        for (unsigned d = 1; d < 257; ++d) count[d] += count[d - 1];
-        for (const std::uint64_t key : m_sorted) m_swap[count[(key >> shift) & 255]++] = key;
+    constexpr unsigned digits = 2048;
+    for (unsigned shift = 32; shift < 64; shift += 11) {
+        std::size_t count[digits + 1] = {};
+        for (const std::uint64_t key : m_sorted) ++count[((key >> shift) & (digits - 1)) + 1];
+        if (count[((m_sorted[0] >> shift) & (digits - 1)) + 1] == n) continue;
+        for (unsigned d = 1; d <= digits; ++d) count[d] += count[d - 1];
+        for (const std::uint64_t key : m_sorted)
+            m_swap[count[(key >> shift) & (digits - 1)]++] = key;
         m_sorted.swap(m_swap);
     }
     m_skip.resize(n + 1);
@@ -151,6 +156,7 @@ unsigned z_order_list::search_parts(const std::vector<vector2d>& points, unsigne
         const std::uint32_t low = spread(p.x0) | (spread(p.y0) << 1);
         const std::uint32_t high = spread(p.x1) | (spread(p.y1) << 1);
         const std::uint64_t area = std::uint64_t(p.x1 - p.x0 + 1) * (p.y1 - p.y0 + 1);
+        if (++steps > budget) return unknown;  // a cut or a search counts as a corner met
         if (high - low >= 4 * area && top + 2 <= std::size(stack)) {
             // Cut at the highest bit where the corners' codes differ: an x bit at even places,
             // a y bit at odd ones. Above it both corners agree, so the cut lies inside.
@@ -225,12 +231,12 @@ unsigned z_order_list::find_inside(const std::vector<vector2d>& points, unsigned
     unsigned steps = 0;
     for (unsigned k = m_corners[v].next; k != none && m_corners[k].code <= highest;
          k = m_corners[k].next) {
-        if (++steps > budget) return search_parts(points, u, v, w, q, 4 * budget);
+        if (++steps > walk_steps) return search_parts(points, u, v, w, q, budget);
         if (found(k)) return k;
     }
     for (unsigned k = m_corners[v].prev; k != none && m_corners[k].code >= lowest;
          k = m_corners[k].prev) {
-        if (++steps > budget) return search_parts(points, u, v, w, q, 4 * budget);
+        if (++steps > walk_steps) return search_parts(points, u, v, w, q, budget);
         if (found(k)) return k;
     }
     return none;

@@ -36,8 +36,8 @@ public:
     /// Like corner_tree::find_inside: a linked corner k other than u, v, w with
     /// inside_ccw(points[k], a, b, c) (a, b, c the points of u, v, w, taken counter-clockwise,
     /// `twice_area` = cross(b − a, c − a) as computed, > 0), or none. Returns `unknown` when the
-    /// triangle is too thin to bound safely or more than `budget` corners lie in the walked
-    /// range; the caller then asks the tree.
+    /// triangle is too thin to bound safely or the search met more than `budget` corners; the
+    /// caller then asks the tree.
     unsigned find_inside(const std::vector<vector2d>& points, unsigned u, unsigned v, unsigned w,
                          double twice_area, unsigned budget);
 
