@@ -74,9 +74,16 @@ void find_silhouette(const indexedfaceset& source, const vector3d& light, silhou
         const bool twin = paired && considered(rule, b, a);
         if (paired) decided[t - first] = not_silhouette;
         if (!own && !twin) continue;
-        const vector3d d = unit((vertices[a] + vertices[b]) / 2.0 - light);
-        const double x = dot(h.face->normal, d);
-        const double y = dot(t->face->normal, d);
+        const vector3d& pa = vertices[a];
+        const vector3d& pb = vertices[b];
+        const vector3d& own_normal = h.face->normal;
+        const vector3d& twin_normal = t->face->normal;
+        // Two faces of equal normals (a flat region) give the same dot product, up to the sign
+        // of a zero, which no oriented silhouette edge has.
+        if (rule == silhouette_rule::oriented && own_normal == twin_normal) continue;
+        const vector3d d = unit((pa + pb) / 2.0 - light);
+        const double x = dot(own_normal, d);
+        const double y = dot(twin_normal, d);
         if (own && counts(rule, x, y)) out.push_back(i);
         if (twin && counts(rule, y, x)) decided[t - first] = silhouette;
     }
