@@ -114,8 +114,8 @@ TEST(Builders, PinnedMatrices) {
     EXPECT_EQ(m, rows({1, 0, 0.5, 0, 0, 4.0 / 6, 2.0 / 6, 0, 0, 0, -1.5, -5, 0, 0, -1, 0}));
     calc_ortho_matrix(4, 2, 1, 11, m);
     EXPECT_EQ(m, rows({0.5, 0, 0, 0, 0, 1, 0, 0, 0, 0, -0.2, -1.2, 0, 0, 0, 1}));
-    calc_ortho_matrix(-1, 3, 0, 2, 1, 11, m);
-    EXPECT_EQ(m, rows({0.5, 0, 0, -0.5, 0, 1, 0, -1, 0, 0, -0.2, -1.2, 0, 0, 0, 1}));
+    calc_ortho_matrix(-1, 3, -2, 4, 1, 11, m);
+    EXPECT_EQ(m, rows({0.5, 0, 0, -0.5, 0, 2.0 / 6, 0, -2.0 / 6, 0, 0, -0.2, -1.2, 0, 0, 0, 1}));
     calc_viewport_matrix(10, 20, 100, 50, m);  // y flipped: the top left is the origin
     EXPECT_EQ(m, rows({50, 0, 0, 60, 0, -25, 0, 45, 0, 0, 1, 0, 0, 0, 0, 1}));
     make_translation_matrix(m, 1, 2, 3);
