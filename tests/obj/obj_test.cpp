@@ -126,13 +126,13 @@ TEST(ObjParse, NumberCountsPerKeywordAndSinglePrecisionVertices) {
         "# v 9 9 9\n\n \t\r\nmtllib a.mtl\no thing\ng group\ns 1\nvp 1 2 3\nV 1 2 3\n"
         "v 0.1 0.2 0.3 0.4 0.5\nv 1 2\nv\nv a b c\nv 1e39 -1e-50 inf\nv nan 0x10 +2.5\n"
         "\tv\t1.5abc\t-.5\t5.\r\n  # v 7 8 9\n"
-        "vt 0.1 0.2\nvt 0.5\nvt 0.5 0.5 0\nvt x 1e400\n"
+        "vt 0.1 0.2\nvt 0.5\nvt 0.5 0.5 0\nvt x 1e400\nvt 0.5 0.25 \r\n"
         "vn 0.1 0.2 0.3\nvn 1 2\nvn 1 2 3 4\nvn 0 1 0\nf 1 2 1");  // no final newline
     EXPECT_EQ(info.vertices,
               normalised({{0.1f, 0.2f, 0.3f}, {0, 0, 0}, {0, 0, 0}, {0, 0, 2.5}, {1.5, -0.5, 5}}));
     std::vector<double> uv;
     for (const auto& t : info.texcoords) uv.insert(uv.end(), {t.u, t.v});
-    EXPECT_EQ(uv, (std::vector<double>{0.1, 0.2, 0, 0}));  // double precision, unlike vertices
+    EXPECT_EQ(uv, (std::vector<double>{0.1, 0.2, 0, 0, 0.5, 0.25}));  // double, unlike vertices
     EXPECT_EQ(info.normals,
               (std::vector<vector3d>{{0.1, 0.3, -static_cast<double>(0.2f)}, {0, 0, -1}}));
     EXPECT_EQ(info.faces.size(), 1u);
@@ -189,7 +189,7 @@ TEST(ObjParse, NumbersEqualTheCorrectlyRoundedValueOnARandomSample) {
 
 TEST(ObjParse, ComputedNormalOfBadOrDegenerateFaceIsZero) {
     const obj_info info =
-        parse("v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 4\nf 0 1 2\nf 1 2 2\nf 1 2 3 99\n");
+        parse("v 0 0 2\nv 1 0 2\nv 0 1 2\nf 1 2 4\nf 0 1 2\nf 1 2 2\nf 1 2 3 99\n");
     EXPECT_EQ(info.normals, (std::vector<vector3d>{{}, {}, {}, {0, 1, 0}}));
     EXPECT_EQ(info.faces[3].corners[3], idx(98, -1, 3));  // only the first three corners count
 }
