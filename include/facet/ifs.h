@@ -535,6 +535,9 @@ private:
     // determine_sharp_edges for half-edges fresh from construct_halfedge_data (flags clear,
     // twins mutual): each pair is looked at once.
     void determine_sharp_edges_after_pairing(double angle);
+    // construct_halfedge_data; with an angle (degrees), followed by determine_sharp_edges at
+    // that angle, in the same pass over the half-edges.
+    void link_halfedges(const double* sharp_angle);
     // smooth_mesh; with edges_as_built, for half-edges untouched since construct_halfedge_data
     // (so half-edge e belongs to face e / 3), the face normals are read from the faces directly.
     void smooth_corners(double angle, bool edges_as_built);

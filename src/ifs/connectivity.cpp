@@ -1,11 +1,14 @@
 // indexedfaceset: half-edge connectivity.
 #include <algorithm>
+#include <cmath>
 
 #include "facet/ifs.h"
 #include "ifs/incoming_edges.h"
 #include "ifs/mesh_buffers.h"
 
-void indexedfaceset::construct_halfedge_data() {
+void indexedfaceset::construct_halfedge_data() { link_halfedges(nullptr); }
+
+void indexedfaceset::link_halfedges(const double* sharp_angle) {
     const std::uint32_t num_vertices = this->num_vertices();
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_edges = 3 * num_faces;
@@ -48,6 +51,11 @@ void indexedfaceset::construct_halfedge_data() {
         }
     }
 
+    // With an angle, the draw marks of determine_sharp_edges: an open half-edge is drawn, a pair
+    // when the dot of its faces' normals is at most the threshold (the same bits taken from
+    // either side, as the products commute).
+    const bool mark = sharp_angle != nullptr;
+    const double threshold = mark ? std::cos(*sharp_angle * geometry::pi / 180.0) : 0.0;
     facet::detail::size_for_overwrite(m_edges, num_edges);  // each one written
     halfedge* const edges = m_edges.data();
     face* const faces = m_faces.data();
@@ -58,6 +66,10 @@ void indexedfaceset::construct_halfedge_data() {
             e[k] = halfedge(corners[3 * i + k], faces + i);
             const std::uint32_t t = twin[3 * i + k];
             e[k].m_twinedge = t == none ? nullptr : edges + t;
+            if (mark)
+                e[k].flags = t == none || dot(faces[i].normal, faces[t / 3].normal) <= threshold
+                                 ? halfedge::draw_mark
+                                 : 0u;
         }
         e[0].next = &e[1];
         e[0].prev = &e[2];
