@@ -1,5 +1,6 @@
 // triangulate() against support/reference_triangulate.h on thousands of generated outlines
-// (grids, repeats, spikes, NaN, extreme scales): identical result vectors and exceptions.
+// (grids, repeats, spikes, NaN, extreme scales, thousands of corners), also from several
+// threads at once: identical result vectors and exceptions.
 #include <gtest/gtest.h>
 
 #include <facet/triangulate.h>
@@ -10,6 +11,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/reference_triangulate.h"
@@ -159,6 +161,23 @@ const family families[] = {
          for (vector2d& p : o) p = vector2d(p.x * s, p.y * sy);
          return o;
      }},
+    // Thousands of corners, so that ear boxes cross the high boundaries of the search grid;
+    // snapped (ties on ear edges), or a tiny star with a far spike, whose corners then share a
+    // few grid cells (the searches give up and the tree answers).
+    {"large, snapped or clustered", 8,
+     [](generator& g, std::size_t i) {
+         const std::size_t n = 1500 + g.below(2500);
+         outline o = g.star(n, g.uniform(0.0, 0.3), i % 4 == 0 ? 64.0 : 0.0);
+         if (i % 4 == 1) g.damage(o);
+         if (i % 4 == 2) {
+             for (vector2d& p : o) p = vector2d(p.x * 1e-7, p.y * 1e-7);
+             const auto far = std::max_element(o.begin(), o.end(),
+                                               [](vector2d a, vector2d b) { return a.x < b.x; });
+             *far = vector2d(1e3, 0.0);
+             g.insert(o, static_cast<std::size_t>(far - o.begin()) + 1, vector2d(1e3, 1e3));
+         }
+         return o;
+     }},
 };
 
 void PrintTo(const family& f, std::ostream* os) { *os << f.name; }
@@ -177,5 +196,28 @@ TEST_P(TriangulateOracle, SameTrianglesAndErrors) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Families, TriangulateOracle, ::testing::ValuesIn(families));
+
+// Each thread keeps its working memory between calls: outlines of changing sizes, some that
+// throw, from several threads at once give the results of separate fresh calls.
+TEST(TriangulateThreads, ConcurrentCallsOfChangingSizes) {
+    generator g(99);
+    std::vector<outline> outlines;
+    std::vector<std::string> expected;
+    for (std::size_t i = 0; i < 24; ++i) {
+        outlines.push_back(i % 3 == 2 ? g.scatter(40, 0.0) : g.star(i % 2 ? 30 : 900, 0.5, 0.0));
+        expected.push_back(run(reference::triangulate, outlines.back()));
+    }
+    std::vector<std::string> got[3];
+    std::vector<std::thread> threads;
+    for (std::size_t t = 0; t < 3; ++t)
+        threads.emplace_back([&, t] {
+            for (std::size_t k = 0; k < outlines.size(); ++k)
+                got[t].push_back(run(::triangulate, outlines[(k + 7 * t) % outlines.size()]));
+        });
+    for (std::thread& t : threads) t.join();
+    for (std::size_t t = 0; t < 3; ++t)
+        for (std::size_t k = 0; k < outlines.size(); ++k)
+            EXPECT_EQ(got[t][k], expected[(k + 7 * t) % outlines.size()]) << t << " " << k;
+}
 
 }  // namespace
