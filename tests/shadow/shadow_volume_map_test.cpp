@@ -6,6 +6,8 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <memory>
+#include <random>
 #include <vector>
 
 #include "facet/objects.h"
@@ -157,35 +159,43 @@ TEST(ShadowVolumeMap, ADuplicateSlotDeletedByTheSweepIsDeletedEverywhere) {
 }
 
 TEST(ShadowVolumeMap, ManyMastersFiledOverFramesAreSweptInKeyOrder) {
-    // 40 masters filed in a scrambled order over two frames, each found again after the sweep.
-    std::vector<basic_object> storage(40);
+    // 300 masters at scattered addresses (so that some share a slot of the map's index), filed
+    // in a scrambled order over two frames, each found again after the sweep.
+    const std::size_t count = 300, unused = 200;
+    std::vector<std::unique_ptr<basic_object>> storage;
+    std::vector<std::vector<char>> gaps;
     std::vector<basic_object*> by_key, order;
-    for (basic_object& o : storage) by_key.push_back(&o);
+    for (std::size_t k = 0; k < count; ++k) {
+        storage.push_back(std::make_unique<basic_object>());
+        gaps.emplace_back(k * 37 % 500);
+        by_key.push_back(storage.back().get());
+        order.push_back(by_key.back());
+    }
     std::sort(by_key.begin(), by_key.end(), std::less<basic_object*>());
+    std::shuffle(order.begin(), order.end(), std::mt19937(5));
     std::map<basic_object*, shadow_volume*> filed;
-    for (std::size_t k = 0; k < by_key.size(); ++k) order.push_back(by_key[(k * 17) % 40]);
     shadow_volume_map map;
     for (std::size_t k = 0; k < order.size(); ++k) {
         map.add_shadow_volume(filed[order[k]] = volume(order[k], 0));
-        if (k == 25) map.remove_unused_volumes();
+        if (k == count / 2) map.remove_unused_volumes();
     }
     for (basic_object* o : by_key) EXPECT_EQ(map.get_shadow_volume(o, 0), filed[o]);
-    // All but the 30th in key order asked for: the sweep erases it and deletes the first (only)
-    // volume of each record after it in key order.
+    // All but one asked for: the sweep erases it and deletes the first (only) volume of each
+    // record after it in key order.
     map.reset_records();
     for (std::size_t k = 0; k < by_key.size(); ++k)
-        if (k != 30) map.get_shadow_volume(by_key[k], 0);
+        if (k != unused) map.get_shadow_volume(by_key[k], 0);
     map.remove_unused_volumes();
-    EXPECT_EQ(map.num_records(), 39u);
+    EXPECT_EQ(map.num_records(), count - 1);
     for (std::size_t k = 0; k < by_key.size(); ++k) {
         SCOPED_TRACE(k);
-        if (k == 30) {
+        if (k == unused) {
             EXPECT_EQ(map.find_record(by_key[k]), nullptr);
             continue;
         }
         ASSERT_NE(map.find_record(by_key[k]), nullptr);
-        EXPECT_EQ(map.find_record(by_key[k])->deleted.size(), k > 30 ? 1u : 0u);
-        EXPECT_EQ(map.get_shadow_volume(by_key[k], 0), k > 30 ? nullptr : filed[by_key[k]]);
+        EXPECT_EQ(map.find_record(by_key[k])->deleted.size(), k > unused ? 1u : 0u);
+        EXPECT_EQ(map.get_shadow_volume(by_key[k], 0), k > unused ? nullptr : filed[by_key[k]]);
     }
 }
 
