@@ -557,6 +557,11 @@ private:
     carray<halfedge> m_edges;
     carray<line> m_lines;
     carray<graphics::style> m_styles;
+    // The face normals packed in face order, for the passes that stream them: written by
+    // compute_face_normals(false) and used up (handed back to the pool of mesh buffers) by
+    // smooth_corners(angle, true) in the builders of free meshes and custom objects; empty
+    // otherwise.
+    carray<vector3d> m_face_normals;
     bool m_marked = false;
     bool m_silhouette_edges = true;
     bool m_backface_culling = true;

@@ -56,6 +56,12 @@ void indexedfaceset::link_halfedges(const double* sharp_angle) {
     // either side, as the products commute).
     const bool mark = sharp_angle != nullptr;
     const double threshold = mark ? std::cos(*sharp_angle * geometry::pi / 180.0) : 0.0;
+    // The normals from the packed side table when a builder made one, else from the faces.
+    const bool packed = m_face_normals.size() == num_faces;
+    const vector3d* const packed_normals = m_face_normals.data();
+    const auto normal_of = [&](std::uint32_t i) -> const vector3d& {
+        return packed ? packed_normals[i] : m_faces.data()[i].normal;
+    };
     facet::detail::size_for_overwrite(m_edges, num_edges);  // each one written
     halfedge* const edges = m_edges.data();
     face* const faces = m_faces.data();
@@ -67,7 +73,7 @@ void indexedfaceset::link_halfedges(const double* sharp_angle) {
             const std::uint32_t t = twin[3 * i + k];
             e[k].m_twinedge = t == none ? nullptr : edges + t;
             if (mark)
-                e[k].flags = t == none || dot(faces[i].normal, faces[t / 3].normal) <= threshold
+                e[k].flags = t == none || dot(normal_of(i), normal_of(t / 3)) <= threshold
                                  ? halfedge::draw_mark
                                  : 0u;
         }

@@ -11,6 +11,7 @@ indexedfaceset::~indexedfaceset() {
     facet::detail::recycle(m_bitangents);
     facet::detail::recycle(m_faces);
     facet::detail::recycle(m_edges);
+    facet::detail::recycle(m_face_normals);
 }
 
 void indexedfaceset::swap(indexedfaceset& other) noexcept {

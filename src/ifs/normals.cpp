@@ -6,8 +6,9 @@ void indexedfaceset::compute_normals() { compute_face_normals(true); }
 
 void indexedfaceset::compute_face_normals(bool corners) {
     const std::uint32_t n = num_faces();
-    facet::detail::size_for_overwrite(m_normals,
-                                      3 * n);  // each one written, here or by smooth_mesh
+    // Each one written, here or by smooth_mesh.
+    facet::detail::size_for_overwrite(m_normals, 3 * n);
+    if (!corners) facet::detail::size_for_overwrite(m_face_normals, n);
     for (std::uint32_t i = 0; i < n; ++i) {
         face& f = m_faces[i];
         const vector3d& p0 = m_vertices[f.vertex[0]];
@@ -16,7 +17,10 @@ void indexedfaceset::compute_face_normals(bool corners) {
         vector3d normal = cross(p1 - p0, p2 - p0);
         normal.normalize();
         f.normal = normal;
-        if (!corners) continue;
+        if (!corners) {
+            m_face_normals.data()[i] = normal;
+            continue;
+        }
         m_normals[3 * i] = normal;
         m_normals[3 * i + 1] = normal;
         m_normals[3 * i + 2] = normal;

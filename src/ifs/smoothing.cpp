@@ -162,9 +162,14 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
     // The face normals packed in face order, so that the walk around the vertices reads 24
     // bytes per face instead of whole face records; and, for half-edges that may have been
     // changed, the index of each one's face when they all point at records of the face array.
-    facet::detail::scratch<vector3d> packed_normals(num_faces);
-    vector3d* const packed = packed_normals.data();
-    for (std::uint32_t i = 0; i < num_faces; ++i) packed[i] = faces[i].normal;
+    carray<vector3d> packed_normals;
+    if (edges_as_built && m_face_normals.size() == num_faces) {
+        packed_normals.swap(m_face_normals);  // the builder's table, used up here
+    } else {
+        facet::detail::size_for_overwrite(packed_normals, num_faces);
+        for (std::uint32_t i = 0; i < num_faces; ++i) packed_normals.data()[i] = faces[i].normal;
+    }
+    const vector3d* const packed = packed_normals.data();
     facet::detail::scratch<std::uint32_t> face_indices(edges_as_built ? 0 : 3 * num_faces);
     std::uint32_t* const face_of = face_indices.data();
     bool in_face_array = !edges_as_built;
@@ -233,4 +238,5 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             }
         }
     }
+    facet::detail::recycle(packed_normals);
 }
