@@ -1,5 +1,6 @@
 // indexedfaceset: texture settings from the object, box-projected texture coordinates and flat
 // tangent frames.
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -89,8 +90,11 @@ void indexedfaceset::apply_texture_settings(const primitives::basic_object& obje
 void indexedfaceset::gen_texcoords_box() {
     const std::uint32_t num_faces = this->num_faces();
     facet::detail::size_for_overwrite(m_texcoords, 3 * num_faces);
-    m_tangents.resize(3 * num_faces);
-    m_bitangents.resize(3 * num_faces);
+    // Zeroed in reused storage rather than in freshly allocated pages.
+    facet::detail::size_for_overwrite(m_tangents, 3 * num_faces);
+    facet::detail::size_for_overwrite(m_bitangents, 3 * num_faces);
+    std::fill(m_tangents.begin(), m_tangents.end(), vector3d());
+    std::fill(m_bitangents.begin(), m_bitangents.end(), vector3d());
     gen_box_texcoords();
 }
 
