@@ -25,6 +25,7 @@
 // exact test provably fails (see corner_tree.cpp); the tree is built only when first needed.
 #include "plane/ear_clipper.h"
 
+#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
@@ -38,7 +39,10 @@ constexpr unsigned none = std::numeric_limits<unsigned>::max();
 constexpr std::size_t tree_threshold = 24;
 
 // The most corners the z-order list meets in one search before it hands the ear to the tree.
-constexpr unsigned list_budget = 256;
+constexpr unsigned list_budget = 128;
+
+// The most ears in a row the tree answers alone after the list could not.
+constexpr unsigned max_list_pause = 1024;
 
 [[noreturn]] void bad_polygon() { throw std::runtime_error("Triangulation error: bad polygon"); }
 
@@ -63,6 +67,8 @@ void ear_clipper::start(const std::vector<vector2d>& contour, const std::vector<
     m_remaining = n;
     m_tree.clear();
     m_listed = n >= tree_threshold && m_list.build(m_points);
+    m_list_pause = 0;
+    m_list_backoff = 1;
 }
 
 void ear_clipper::run(const std::vector<vector2d>& contour, const std::vector<unsigned>& order,
@@ -119,9 +125,19 @@ bool ear_clipper::is_ear(unsigned u, unsigned v, unsigned w) {
 // A remaining corner other than u, v, w inside the triangle u, v, w, or none.
 unsigned ear_clipper::find_inside(unsigned u, unsigned v, unsigned w, double twice_area) {
     if (m_remaining >= tree_threshold) {
-        if (m_listed) {
+        if (m_listed && m_list_pause == 0) {
             const unsigned found = m_list.find_inside(m_points, u, v, w, twice_area, list_budget);
-            if (found != z_order_list::unknown) return found;
+            if (found != z_order_list::unknown) {
+                m_list_backoff = std::max(m_list_backoff / 2, 1u);
+                return found;
+            }
+            // Ears the list cannot answer tend to come in runs (large ears late in a comb):
+            // after each one the list rests twice as many ears as after the one before, up to
+            // a limit; each ear it answers halves the next rest.
+            m_list_pause = m_list_backoff;
+            m_list_backoff = std::min(2 * m_list_backoff, max_list_pause);
+        } else if (m_list_pause > 0) {
+            --m_list_pause;
         }
         // (Re)built from the ring when missing or when more than half of its corners are gone.
         if (m_tree.size() == 0 || 2 * m_remaining < m_tree.size())

@@ -45,7 +45,9 @@ private:
     id_set m_candidates;  // corners whose next test is not known to fail
     live_counts m_live;
     std::size_t m_remaining = 0;
-    bool m_listed = false;  // whether m_list indexes the remaining corners
+    bool m_listed = false;        // whether m_list indexes the remaining corners
+    unsigned m_list_pause = 0;    // ears left that the tree answers without asking the list
+    unsigned m_list_backoff = 1;  // the next pause
     z_order_list m_list;
     corner_tree m_tree;  // built when the list cannot answer
 };

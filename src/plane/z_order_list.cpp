@@ -81,8 +81,10 @@ bool z_order_list::build(const std::vector<vector2d>& points) {
     }
     m_xmin = xmin;
     m_ymin = ymin;
-    m_xscale = xmax > xmin ? code_limit / (xmax - xmin) : 0.0;
-    m_yscale = ymax > ymin ? code_limit / (ymax - ymin) : 0.0;
+    // Square cells, so that the parts of a box stay few however flat the outline is.
+    const double side = std::max(xmax - xmin, ymax - ymin);
+    m_xscale = m_yscale = side > 0.0 ? code_limit / side : 0.0;
+    m_cells = (std::uint64_t(grid(xmax, xmin, m_xscale)) + 1) * (grid(ymax, ymin, m_yscale) + 1);
     m_scale = std::max(std::max(std::fabs(xmin), std::fabs(xmax)),
                        std::max(std::fabs(ymin), std::fabs(ymax)));
 
@@ -220,6 +222,9 @@ unsigned z_order_list::find_inside(const std::vector<vector2d>& points, unsigned
     q.x1 = grid(q.right, m_xmin, m_xscale);
     q.y0 = grid(q.bottom, m_ymin, m_yscale);
     q.y1 = grid(q.top, m_ymin, m_yscale);
+    // A box over a large share of the occupied grid holds too many corners to be worth a
+    // search.
+    if (std::uint64_t(q.x1 - q.x0 + 1) * (q.y1 - q.y0 + 1) > m_cells / 64) return unknown;
     const std::uint32_t lowest = spread(q.x0) | (spread(q.y0) << 1);
     const std::uint32_t highest = spread(q.x1) | (spread(q.y1) << 1);
     const auto found = [&](unsigned k) {

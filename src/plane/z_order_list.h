@@ -60,7 +60,8 @@ private:
     // before the next remaining one (m_sorted.size() when none remains after it).
     std::vector<unsigned> m_skip;
     double m_xmin = 0.0, m_ymin = 0.0, m_xscale = 0.0, m_yscale = 0.0;
-    double m_scale = 0.0;  // the largest coordinate magnitude
+    double m_scale = 0.0;       // the largest coordinate magnitude
+    std::uint64_t m_cells = 0;  // the grid cells of the corners' bounding box
 };
 
 }  // namespace facet::plane_detail
