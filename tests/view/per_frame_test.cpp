@@ -51,38 +51,35 @@ TEST(Spaces, ArrayFormsGiveTheSinglePointBitsInPlaceOrNot) {
     perspective_projector proj(50, 1.25, 0.5, 80);
     proj.set_viewport(3, 7, 640, 480);
 
-    using single = vector3d (*)(const vector3d&);
-    using array = void (*)(const vector3d*, std::size_t, vector3d*);
-    static const camera* c = &cam;
-    static const projector* pr = &proj;
-    const std::pair<single, array> forms[] = {
-        {[](const vector3d& p) { return project(p, *c, *pr); },
-         [](const vector3d* in, std::size_t n, vector3d* out) { project(in, n, out, *c, *pr); }},
-        {[](const vector3d& p) { return unproject(p, *c, *pr); },
-         [](const vector3d* in, std::size_t n, vector3d* out) { unproject(in, n, out, *c, *pr); }},
-        {[](const vector3d& p) { return worldspace2camera(p, *c); },
-         [](const vector3d* in, std::size_t n, vector3d* out) {
-             worldspace2camera(in, n, out, *c);
-         }},
-        {[](const vector3d& p) { return camera2worldspace(p, *c); },
-         [](const vector3d* in, std::size_t n, vector3d* out) {
-             camera2worldspace(in, n, out, *c);
-         }},
-        {[](const vector3d& p) { return camera2screen(p, *pr); },
-         [](const vector3d* in, std::size_t n, vector3d* out) { camera2screen(in, n, out, *pr); }},
-        {[](const vector3d& p) { return screen2camera(p, *pr); },
-         [](const vector3d* in, std::size_t n, vector3d* out) { screen2camera(in, n, out, *pr); }},
-    };
-    for (std::size_t f = 0; f < std::size(forms); ++f) {
+    // Each form from a freshly filled array and in place, point for point against the single one.
+    const auto check = [&](const char* name, auto single, auto array) {
         std::vector<vector3d> out(points.size()), in_place = points;
-        forms[f].second(points.data(), points.size(), out.data());
-        forms[f].second(in_place.data(), in_place.size(), in_place.data());
+        array(points.data(), points.size(), out.data());
+        array(in_place.data(), in_place.size(), in_place.data());
         for (std::size_t i = 0; i < points.size(); ++i) {
-            const vector3d expected = forms[f].first(points[i]);
-            ASSERT_TRUE(same_bits(out[i], expected)) << "form " << f << " point " << i;
-            ASSERT_TRUE(same_bits(in_place[i], expected)) << "form " << f << " point " << i;
+            const vector3d expected = single(points[i]);
+            ASSERT_TRUE(same_bits(out[i], expected) && same_bits(in_place[i], expected))
+                << name << " point " << i;
         }
-    }
+    };
+    check(
+        "project", [&](const vector3d& p) { return project(p, cam, proj); },
+        [&](auto... a) { project(a..., cam, proj); });
+    check(
+        "unproject", [&](const vector3d& p) { return unproject(p, cam, proj); },
+        [&](auto... a) { unproject(a..., cam, proj); });
+    check(
+        "worldspace2camera", [&](const vector3d& p) { return worldspace2camera(p, cam); },
+        [&](auto... a) { worldspace2camera(a..., cam); });
+    check(
+        "camera2worldspace", [&](const vector3d& p) { return camera2worldspace(p, cam); },
+        [&](auto... a) { camera2worldspace(a..., cam); });
+    check(
+        "camera2screen", [&](const vector3d& p) { return camera2screen(p, proj); },
+        [&](auto... a) { camera2screen(a..., proj); });
+    check(
+        "screen2camera", [&](const vector3d& p) { return screen2camera(p, proj); },
+        [&](auto... a) { screen2camera(a..., proj); });
 
     // A singular matrix throws before anything is written; no points, no work and no throw.
     camera flat;
