@@ -5,9 +5,10 @@
 //
 // Beside each parse runs its limit, read_memchr: the same in-memory stream read in blocks of
 // the size parse_obj reads with istream::read, and its newlines counted with memchr, which is
-// what any line reader has to do at least. After the runs a table gives, per row and size, the
-// best CPU time of the repetitions, the throughput, the ratio to the limit and the growth over
-// the next smaller size (4x the text or the triangles should take about 4x as long).
+// what any line reader has to do at least. After the runs a table (bench/ratio_table.h) gives,
+// per row and size, the best CPU time of the repetitions, the ratio to the limit, the growth over
+// the next smaller size (4x the text or the triangles should take about 4x as long), the size of
+// the text and the throughput.
 //
 // Sizes are face counts: 1M, 2M and 4M faces give about 104, 210 and 440 MB of triangle text.
 // Run with --benchmark_repetitions=5 to take the best of five on a loaded machine.
@@ -25,6 +26,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "ratio_table.h"
 
 namespace {
 
@@ -170,73 +173,13 @@ static void obj2mesh_triangles(benchmark::State& state) {
 }
 BENCHMARK(obj2mesh_triangles) SIZES;
 
-namespace {
-
-// The console output, then a table of the best CPU time per row and size with the throughput,
-// the ratio of each parse to its read_memchr limit and the growth over the next smaller size.
-class ratio_reporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& r : runs) {
-            if (r.run_type != Run::RT_Iteration || r.error_occurred) continue;
-            const std::string name = r.benchmark_name();
-            const auto slash = name.find('/');
-            const std::string family = name.substr(0, slash);
-            const long size = slash == std::string::npos ? 0 : std::stol(name.substr(slash + 1));
-            const double ms = r.GetAdjustedCPUTime();
-            auto found = m_cpu[family].find(size);
-            if (found == m_cpu[family].end() || ms < found->second) m_cpu[family][size] = ms;
-            const auto mb = r.counters.find("MB");
-            if (mb != r.counters.end()) m_mb[size * 2 + is_quads(family)] = mb->second;
-        }
-    }
-
-    void Finalize() override {
-        ConsoleReporter::Finalize();
-        std::printf("\n%-22s %8s %8s %10s %8s %7s %7s\n", "best CPU time", "faces", "MB", "ms",
-                    "MB/s", "/limit", "growth");
-        for (const auto& [family, sizes] : m_cpu) {
-            const bool parse = family.rfind("parse_obj_", 0) == 0;
-            const bool quads = is_quads(family);
-            const auto limit = m_cpu.find(quads ? "read_memchr_quads" : "read_memchr_triangles");
-            double previous = 0.0;
-            for (const auto& [size, ms] : sizes) {
-                const auto mb = m_mb.find(size * 2 + quads);
-                std::printf("%-22s %8ld", family.c_str(), size);
-                if (mb != m_mb.end() && family.rfind("obj2mesh", 0) != 0)
-                    std::printf(" %8.1f %10.2f %8.0f", mb->second, ms, mb->second / ms * 1e3);
-                else
-                    std::printf(" %8s %10.2f %8s", "-", ms, "-");
-                if (parse && limit != m_cpu.end() && limit->second.count(size) != 0)
-                    std::printf(" %7.2f", ms / limit->second.at(size));
-                else
-                    std::printf(" %7s", "-");
-                if (previous > 0.0)
-                    std::printf(" %7.2f\n", ms / previous);
-                else
-                    std::printf(" %7s\n", "-");
-                previous = ms;
-            }
-        }
-    }
-
-private:
-    static bool is_quads(const std::string& family) {
-        return family.find("quads") != std::string::npos;
-    }
-
-    std::map<std::string, std::map<long, double>> m_cpu;
-    std::map<long, double> m_mb;  // size * 2 + quads
-};
-
-}  // namespace
-
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    ratio_reporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
+    facet_bench::ratio_table table({{"parse_obj_triangles", "read_memchr_triangles"},
+                                    {"parse_obj_quads", "read_memchr_quads"}},
+                                   {"MB", "bytes_per_second"});
+    benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
     return 0;
 }
