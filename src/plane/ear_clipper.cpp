@@ -139,8 +139,9 @@ unsigned ear_clipper::find_inside(unsigned u, unsigned v, unsigned w, double twi
         } else if (m_list_pause > 0) {
             --m_list_pause;
         }
-        // (Re)built from the ring when missing or when more than half of its corners are gone.
-        if (m_tree.size() == 0 || 2 * m_remaining < m_tree.size())
+        // (Re)built from the ring when missing or when more than a quarter of its corners are
+        // gone (dead corners widen the boxes of the leaves that still hold live ones).
+        if (m_tree.size() == 0 || 4 * m_remaining < 3 * m_tree.size())
             m_tree.build(m_points, m_next, u, m_remaining);
         const unsigned found = m_tree.find_inside(m_points, m_alive, u, v, w);
         return found == corner_tree::none ? none : found;
