@@ -24,7 +24,11 @@
 // monotonically and the interleaving keeps the order in each coordinate), so a corner inside
 // the box has a code between the codes of the box's lower-left and upper-right corners: the
 // corners to test are those met walking the list both ways from the ear's tip (itself in the
-// box) until the codes leave that range.
+// box) until the codes leave that range. A box across a high boundary of the grid has a range
+// far longer than its area; when the walk meets too many corners the box is cut into parts
+// along such boundaries and each part's range is searched in the sorted codes. Either way only
+// the corners' coordinates decide which are tested exactly, so the answer does not depend on
+// the cells (they are square, so that flat outlines do not make every box tall in cells).
 #include "plane/z_order_list.h"
 
 #include <algorithm>
