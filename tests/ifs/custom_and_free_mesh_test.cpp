@@ -1,4 +1,5 @@
-// The meshes of custom objects, composites and free triangle meshes.
+// The meshes of custom objects, composites and free triangle meshes (their rebuilds against the
+// public steps are in mesh_buffers_test.cpp).
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -122,62 +123,4 @@ TEST(FreeMesh, EarlierLinesAndStylesStayIndicesBeyondTheVerticesFail) {
     EXPECT_EQ(drawn_edges(fs), 6);
     m.add_triangle(0, 1, 5);
     EXPECT_DEATH(m.get_mesh(), "index < m_size");
-}
-
-// A rebuild of the same size writes into the arrays of the first build: every corner must be
-// rewritten, as the public steps one by one on a fresh face set give it.
-TEST(FreeAndCustomMeshes, RebuildsMatchTheStepsOneByOne) {
-    primitives::mesh m;
-    primitives::custom c;
-    m.set_smoothing_threshold_angle(40.0);
-    c.set_smoothing_threshold_angle(40.0);
-    for (double h : {0.0, 1.5, 0.4}) {
-        // A 6 × 6 grid of quads on a wave of height h, with one triangle standing up and one
-        // repeated (so not every edge pairs).
-        std::vector<vector3d> v;
-        std::vector<face> faces;
-        for (std::uint32_t r = 0; r <= 6; ++r)
-            for (std::uint32_t k = 0; k <= 6; ++k)
-                v.emplace_back(k, h * std::sin(0.9 * k) * std::cos(0.7 * r), r);
-        for (std::uint32_t a = 0; a < 41; ++a)
-            if (a % 7 != 6)
-                faces.insert(faces.end(), {face(a, a + 7, a + 1), face(a + 1, a + 7, a + 8)});
-        v.emplace_back(0.5, 3.0, 0.5);
-        faces.insert(faces.end(), {face(0, 1, 49), face(0, 1, 7)});
-        std::vector<primitives::mesh::triangle> triangles;
-        custom_mesh source;
-        source.set_vertices(v);
-        for (face& f : faces) {
-            triangles.emplace_back(f.vertex[0], f.vertex[1], f.vertex[2]);
-            source.add_face(f.vertex[0], f.vertex[1], f.vertex[2]);
-            f.style = 0;
-        }
-        m.set_vertices(v);
-        m.set_triangles(triangles);
-        c.set_inline_mesh(source);
-        indexedfaceset fs;
-        set_mesh(fs, v, faces);
-        fs.determine_sharp_edges(40.0);
-        fs.set_texture_params(m);
-        fs.smooth_mesh(40.0);
-        const auto state = [](const indexedfaceset& x) {
-            std::vector<double> out;
-            const auto put = [&out](const vector3d& v) { out.insert(out.end(), {v.x, v.y, v.z}); };
-            for (std::uint32_t i = 0; i < 3 * x.num_faces(); ++i) {
-                put(x.get_normal(i));
-                put(x.get_tangent(i));
-                put(x.get_bitangent(i));
-                put(x.get_face(i / 3).normal);
-                put(x.get_face(i / 3).tangent);
-                put(x.get_face(i / 3).bitangent);
-                out.insert(out.end(), {x.get_texcoord(i).u, 1.0 * x.get_edge(i).flags});
-            }
-            return out;
-        };
-        for (const indexedfaceset* built : {&m.get_mesh(), &c.get_mesh()}) {
-            EXPECT_EQ(state(*built), state(fs)) << h;
-            EXPECT_EQ(built->normals().size() + built->tangents().size(), 6 * fs.num_faces());
-            EXPECT_EQ(built->bitangents().size(), 3 * fs.num_faces());
-        }
-    }
 }
