@@ -11,6 +11,7 @@
 #include "facet/custom_mesh.h"
 #include "facet/ifs.h"
 #include "facet/primitives.h"
+#include "support/reference_smooth_mesh.h"
 
 namespace {
 
@@ -125,6 +126,30 @@ TEST_F(MeshBuffers, CustomObjectsAsTheirSteps) {
     c.fill_mesh(fs);
     // The custom object's faces take the brush and pen of the standard style it makes.
     EXPECT_TRUE(contents(fs) == contents(expected));
+}
+
+// Half-edges whose face pointers were moved, into the face array (read through face indices)
+// and outside it (read through the pointers), against the oracle.
+TEST_F(MeshBuffers, SmoothingReadsTheFacesTheHalfEdgesPointAt) {
+    indexedfaceset fs;
+    wavy_grid(12, 5).fill_mesh(fs);
+    face outside = fs.get_face(7);
+    outside.normal = vector3d(0.6, 0.8, 0.0);
+    for (bool inside_only : {true, false}) {
+        std::mt19937 rng(inside_only ? 3 : 4);
+        for (halfedge& e : fs.edges())
+            if (rng() % 4 == 0) e.face = &fs.faces()[rng() % fs.num_faces()];
+        if (!inside_only) fs.edges()[fs.num_edges() - 1].face = &outside;
+        const reference::smoothed expected = reference::smooth_mesh(fs, 50.0);
+        fs.smooth_mesh(50.0);
+        for (std::uint32_t c = 0; c < 3 * fs.num_faces(); ++c) {
+            SCOPED_TRACE(testing::Message() << "corner " << c << ", inside " << inside_only);
+            ASSERT_EQ(bits(&fs.get_normal(c), sizeof(vector3d)),
+                      bits(&expected.normals[c], sizeof(vector3d)));
+            ASSERT_EQ(bits(&fs.get_tangent(c), sizeof(vector3d)),
+                      bits(&expected.tangents[c], sizeof(vector3d)));
+        }
+    }
 }
 
 TEST_F(MeshBuffers, DestroyedFaceSetsLeaveTheirArraysForTheNextBuildOfTheSameSize) {
