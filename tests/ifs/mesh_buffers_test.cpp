@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <memory>
 #include <random>
 #include <sstream>
 #include <string>
@@ -186,6 +187,19 @@ TEST_F(MeshBuffers, DestroyedFaceSetsLeaveTheirArraysForTheNextBuildOfTheSameSiz
         m.fill_mesh(gone);
     }
     EXPECT_EQ(get_mesh_buffer_bytes(), 0u);
+}
+
+TEST_F(MeshBuffers, ALowerLimitFreesTheOldestArraysFirst) {
+    set_mesh_buffer_limit(0);
+    set_mesh_buffer_limit(default_mesh_buffer_limit);
+    { wavy_grid(60, 2).fill_mesh(*std::make_unique<indexedfaceset>()); }
+    const std::uint64_t older = get_mesh_buffer_bytes();
+    { wavy_grid(90, 2).fill_mesh(*std::make_unique<indexedfaceset>()); }
+    const std::uint64_t newer = get_mesh_buffer_bytes() - older;
+    ASSERT_GT(older, 0u);
+    ASSERT_GT(newer, older);
+    set_mesh_buffer_limit(newer);
+    EXPECT_EQ(get_mesh_buffer_bytes(), newer);
 }
 
 TEST_F(MeshBuffers, ArraysAboveTheLimitOrBelowAQuarterMegabyteAreFreed) {
