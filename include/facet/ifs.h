@@ -533,9 +533,6 @@ private:
     void compute_face_normals(bool corners);
     void compute_face_frames(bool corners);
     void apply_texture_params(const primitives::basic_object& object, bool corner_frames);
-    // determine_sharp_edges for half-edges fresh from construct_halfedge_data (flags clear,
-    // twins mutual): each pair is looked at once.
-    void determine_sharp_edges_after_pairing(double angle);
     // construct_halfedge_data; with an angle (degrees), followed by determine_sharp_edges at
     // that angle, in the same pass over the half-edges.
     void link_halfedges(const double* sharp_angle);

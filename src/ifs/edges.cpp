@@ -42,27 +42,6 @@ void indexedfaceset::determine_sharp_edges(double angle) {
     }
 }
 
-void indexedfaceset::determine_sharp_edges_after_pairing(double angle) {
-    // Right after construct_halfedge_data every flag is clear and twins point at each other, so
-    // the walk in index order of determine_sharp_edges marks a pair when it meets its first
-    // half-edge and marks it the same again at the second (the dot product of the same two
-    // normals, taken the other way round, has the same bits). Marking each pair once gives the
-    // same flags.
-    const double threshold = std::cos(angle * geometry::pi / 180.0);
-    halfedge* const edges = m_edges.data();
-    const std::uint32_t num_edges = m_edges.size();
-    for (std::uint32_t i = 0; i < num_edges; ++i) {
-        halfedge& e = edges[i];
-        if (e.m_twinedge == nullptr) {
-            e.set_drawn(true);
-            continue;
-        }
-        if (e.m_twinedge < &e) continue;  // marked with its twin
-        const double d = dot(e.face->normal, e.m_twinedge->face->normal);
-        mark_pair(e, d <= threshold);
-    }
-}
-
 void indexedfaceset::determine_visible_edges(const camera& cam, const projector& proj,
                                              double angle) {
     if (!m_silhouette_edges) return;
