@@ -14,7 +14,6 @@
 // The grid: n × n quads over (n + 1)² vertices on a gentle wave, two triangles per quad, so
 // 250, 500 and 1000 give 125k, 500k and 2M triangles.
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
 
 #include <facet/custom_mesh.h>
 #include <facet/ifs.h>
@@ -31,6 +30,7 @@
 #include <OpenMesh/Core/Mesh/TriMesh_ArrayKernelT.hh>
 #endif
 
+#include "kernel_share.h"
 #include "ratio_table.h"
 
 namespace {
@@ -76,22 +76,7 @@ void count_faces(benchmark::State& state, std::uint32_t faces) {
     state.counters["faces"] = faces;
 }
 
-// The kernel's share of this thread's CPU time between construction and report(), in percent.
-class kernel_share {
-public:
-    kernel_share() { getrusage(RUSAGE_THREAD, &m_start); }
-    void report(benchmark::State& state) const {
-        rusage end{};
-        getrusage(RUSAGE_THREAD, &end);
-        const double user = seconds(end.ru_utime) - seconds(m_start.ru_utime);
-        const double sys = seconds(end.ru_stime) - seconds(m_start.ru_stime);
-        state.counters["sys%"] = user + sys > 0.0 ? 100.0 * sys / (user + sys) : 0.0;
-    }
-
-private:
-    static double seconds(const timeval& t) { return t.tv_sec + 1e-6 * t.tv_usec; }
-    rusage m_start{};
-};
+using facet_bench::kernel_share;
 
 primitives::mesh make_mesh(const grid& g) {
     primitives::mesh m;

@@ -9,7 +9,6 @@
 // Run with repetitions for the best of several: --benchmark_repetitions=5. The star family is
 // also timed beside earcut, from Python, by bench/triangulate_earcut.py.
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
 
 #include <facet/triangulate.h>
 
@@ -19,6 +18,7 @@
 #include <vector>
 
 #include "../tests/support/reference_triangulate.h"
+#include "kernel_share.h"
 #include "ratio_table.h"
 
 namespace {
@@ -86,22 +86,7 @@ outline comb(std::size_t n) {
     return o;
 }
 
-// The kernel's share of this thread's CPU time between construction and report(), in percent.
-class kernel_share {
-public:
-    kernel_share() { getrusage(RUSAGE_THREAD, &m_start); }
-    void report(benchmark::State& state) const {
-        rusage end{};
-        getrusage(RUSAGE_THREAD, &end);
-        const double user = seconds(end.ru_utime) - seconds(m_start.ru_utime);
-        const double sys = seconds(end.ru_stime) - seconds(m_start.ru_stime);
-        state.counters["sys%"] = user + sys > 0.0 ? 100.0 * sys / (user + sys) : 0.0;
-    }
-
-private:
-    static double seconds(const timeval& t) { return t.tv_sec + 1e-6 * t.tv_usec; }
-    rusage m_start{};
-};
+using facet_bench::kernel_share;
 
 template <outline (*Make)(std::size_t), bool Reference>
 void run(benchmark::State& state) {
