@@ -8,6 +8,7 @@
 #include "facet/math3d.h"
 #include "ifs/incoming_edges.h"
 #include "ifs/mesh_buffers.h"
+#include "ifs/unit_vectors.h"
 
 namespace {
 
@@ -207,7 +208,7 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             vector3d sum = own;
             for (const vector3d* m = around.begin(); m != around.end(); ++m)
                 if (!(*m == own) && dot(*m, own) > threshold) sum += *m;
-            sum.normalize();
+            facet::detail::normalize(sum);
             double c = dot(sum, own);
             if (c > 1.0) c = 1.0;
             if (c < -1.0) c = -1.0;
@@ -222,14 +223,15 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             static_cast<void>(m_texcoords[f.texcoord[k]]);  // corners must have coordinates
             const std::uint32_t j = 3 * i + k;
             const vector3d& sum = normals[j];
-            const double phi = std::acos(cosine[j]) * 180.0 / geometry::pi;
-            if (std::fabs(phi) >= 0.1 && sum.length() > 0.1) {
+            // A cosine at or above cos(0.0993 degrees) turns by less than 0.1 degree.
+            const double phi =
+                cosine[j] >= 0.9999985 ? 0.0 : std::acos(cosine[j]) * 180.0 / geometry::pi;
+            if (std::fabs(phi) >= 0.1 && facet::detail::longer_than_a_tenth(sum)) {
                 const vector3d axis = cross(f.normal, sum);
                 const rotation r(phi, axis.x, axis.y, axis.z);
                 vector3d tangent = r.apply(f.tangent);
-                tangent.normalize();
                 vector3d bitangent = r.apply(f.bitangent);
-                bitangent.normalize();
+                facet::detail::normalize(tangent, bitangent);
                 tangents[j] = tangent;
                 bitangents[j] = bitangent;
             } else {
