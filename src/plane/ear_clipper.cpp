@@ -12,11 +12,12 @@
 // Most tests along that walk repeat an earlier failure: a corner whose turn is not counter-
 // clockwise stays so until a neighbour is clipped, and a corner with another corner inside its
 // triangle stays blocked until a neighbour is clipped or that corner is. Corners whose outcome
-// is not known to be a failure are kept in a set of candidates; the walk jumps straight to the
-// next candidate and charges the failure counter with the number of corners it passed over
-// (counted with a Fenwick tree over the remaining corners), throwing where the textbook loop
-// would have run out on the way. A corner leaves the candidates when its test fails and comes
-// back when a neighbour or its blocking corner is clipped.
+// is not known to be a failure are kept in a set of candidates, and the walk jumps straight to
+// the next one. A corner leaves the candidates when its test fails and comes back only when a
+// neighbour or its blocking corner is clipped. So between two ears the set only shrinks and the
+// walk passes each corner at most once: the textbook loop's counter (2·nv tests) cannot run out
+// while a candidate is left, and once none is left every test until it runs out fails. The
+// error is therefore thrown as soon as the set is empty, after the same triangles.
 //
 // The test "is any other remaining corner inside the ear" walks a list of the remaining corners
 // in z-order over a box that provably holds every corner that could pass (see
@@ -63,7 +64,6 @@ void ear_clipper::start(const std::vector<vector2d>& contour, const std::vector<
         m_next[i] = static_cast<unsigned>(i + 1 == n ? 0 : i + 1);
     }
     m_candidates.fill(n);
-    m_live.fill(n);
     m_remaining = n;
     m_tree.clear();
     m_listed = n >= tree_threshold && m_list.build(m_points);
@@ -75,25 +75,24 @@ void ear_clipper::run(const std::vector<vector2d>& contour, const std::vector<un
                       bool reversed, std::vector<unsigned>& result) {
     start(contour, order);
     // The textbook loop starts with u at the last corner, so the first middle is corner 0.
-    long long count = 2 * static_cast<long long>(m_remaining);
     unsigned next = 0;
     while (m_remaining >= 3) {
         const std::size_t found = m_candidates.find_cyclic(next);
         if (found == id_set::npos) bad_polygon();
-        const auto skipped = static_cast<long long>(m_live.distance(next, found));
-        if (skipped >= count) bad_polygon();  // the counter runs out on the way
-        count -= skipped + 1;
-
         const auto m = static_cast<unsigned>(found);
         const unsigned u = m_prev[m];
         const unsigned w = m_next[m];
         if (is_ear(u, m, w)) {
-            if (reversed)
-                result.insert(result.end(), {order[w], order[m], order[u]});
-            else
-                result.insert(result.end(), {order[u], order[m], order[w]});
+            if (reversed) {
+                result.push_back(order[w]);
+                result.push_back(order[m]);
+                result.push_back(order[u]);
+            } else {
+                result.push_back(order[u]);
+                result.push_back(order[m]);
+                result.push_back(order[w]);
+            }
             clip(m);
-            count = 2 * static_cast<long long>(m_remaining);
             next = m_next[w];
         } else {
             next = m_next[m];
@@ -162,7 +161,6 @@ void ear_clipper::clip(unsigned v) {
     m_next[u] = w;
     m_prev[w] = u;
     m_alive[v] = 0;
-    m_live.kill(v);
     if (m_tree.size() != 0) m_tree.kill(v);
     if (m_listed) m_list.remove(v);
     m_candidates.erase(v);

@@ -43,7 +43,6 @@ private:
     std::vector<unsigned> m_blocked_head;  // per corner, the list of corners it blocked
     std::vector<blocked_entry> m_blocked_pool;
     id_set m_candidates;  // corners whose next test is not known to fail
-    live_counts m_live;
     std::size_t m_remaining = 0;
     bool m_listed = false;        // whether m_list indexes the remaining corners
     unsigned m_list_pause = 0;    // ears left that the tree answers without asking the list

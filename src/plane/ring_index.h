@@ -1,5 +1,5 @@
-// Internal helpers of the ear clipper: a set of corner ids with "first member at or after"
-// queries, and running counts of the remaining corners for distances along the ring.
+// Internal helper of the ear clipper: a set of corner ids with "first member at or after"
+// queries.
 #pragma once
 
 #include <cstddef>
@@ -85,42 +85,6 @@ public:
 
 private:
     std::vector<std::vector<std::uint64_t>> m_levels;
-};
-
-/// Counts of live ids below a position (a Fenwick tree), for the number of remaining corners
-/// between two corners of the ring.
-class live_counts {
-public:
-    /// Makes all of 0..n−1 live: the entry i of the tree counts the ids i − lowbit(i) .. i − 1.
-    void fill(std::size_t n) {
-        m_tree.resize(n + 1);
-        for (std::size_t i = 0; i <= n; ++i) m_tree[i] = i & (~i + 1);
-        m_total = n;
-    }
-
-    void kill(std::size_t id) {
-        --m_total;
-        for (std::size_t i = id + 1; i < m_tree.size(); i += i & (~i + 1)) --m_tree[i];
-    }
-
-    /// The number of live ids below id.
-    std::size_t below(std::size_t id) const {
-        std::size_t sum = 0;
-        for (std::size_t i = id; i > 0; i -= i & (~i + 1)) sum += m_tree[i];
-        return sum;
-    }
-
-    /// The number of live ids met walking cyclically from `from` (included) to `to` (excluded).
-    std::size_t distance(std::size_t from, std::size_t to) const {
-        if (from == to) return 0;
-        const std::size_t a = below(from);
-        const std::size_t b = below(to);
-        return to >= from ? b - a : m_total - a + b;
-    }
-
-private:
-    std::vector<std::size_t> m_tree;
-    std::size_t m_total = 0;
 };
 
 }  // namespace facet::plane_detail
