@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "facet/ifs.h"
-#include "ifs/incoming_edges.h"
 #include "ifs/mesh_buffers.h"
+#include "ifs/outgoing_edges.h"
 
 void indexedfaceset::construct_halfedge_data() { link_halfedges(nullptr); }
 
@@ -12,42 +12,25 @@ void indexedfaceset::link_halfedges(const double* sharp_angle) {
     const std::uint32_t num_vertices = this->num_vertices();
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_edges = 3 * num_faces;
-    facet::detail::incoming_edges incoming(
-        m_faces, num_vertices, facet::detail::incoming_edges::order::by_start_then_index);
-
-    // The twins are found first, as half-edge indices in a compact table (none: unpaired), and
-    // the half-edge records are then written in one sequential pass.
-    constexpr std::uint32_t none = 0xffffffffu;
-    carray<std::uint32_t> twin_table;
-    twin_table.swap(incoming.spare());
-    facet::detail::size_for_overwrite(twin_table, num_edges);
-    std::uint32_t* const twin = twin_table.data();
-    std::fill(twin, twin + num_edges, none);
+    const facet::detail::outgoing_edges outgoing(m_faces, num_vertices);
 
     // A half-edge u -> v pairs with the first half-edge v -> u (in index order) if that one is
-    // still unpaired. In list v the half-edges u -> v of one start vertex u are adjacent and in
-    // index order; the pairs (u, v) are independent of each other, so taking them group by group
-    // links exactly what a walk through the list in index order would.
-    const std::uint32_t* const starts = incoming.starts();
-    for (std::uint32_t v = 0; v < num_vertices; ++v) {
-        std::uint32_t h = incoming.first(v);
-        const std::uint32_t list_end = incoming.last(v);
-        while (h != list_end) {
-            const std::uint32_t u = starts[h];
-            // The first half-edge v -> u: the first of start v in the list of u.
-            const std::uint32_t* const from = starts + incoming.first(u);
-            const std::uint32_t* const to = starts + incoming.last(u);
-            const std::uint32_t* const found = std::lower_bound(from, to, v);
-            const std::uint32_t reverse =
-                found != to && *found == v ? incoming.edge(found - starts) : none;
-            for (; h != list_end && starts[h] == u; ++h) {
-                const std::uint32_t in = incoming.edge(h);
-                if (twin[in] != none || reverse == none) continue;
-                if (twin[reverse] == none) {
-                    twin[reverse] = in;
-                    twin[in] = reverse;
-                }
-            }
+    // still unpaired. Whichever of the lists of u and v a walk vertex by vertex reaches first, the
+    // first u -> v and the first v -> u take each other (a first u -> u takes itself) and the
+    // others of either direction find their partner taken. So each first u -> v looks up the
+    // first v -> u; the pairs go into a compact table of half-edge indices (none: unpaired),
+    // and the records are then written in one sequential pass.
+    constexpr std::uint32_t none = 0xffffffffu;
+    facet::detail::scratch<std::uint32_t> twin_table(num_edges);
+    std::uint32_t* const twin = twin_table.data();
+    std::fill(twin, twin + num_edges, none);
+    for (std::uint32_t u = 0; u < num_vertices; ++u) {
+        const std::uint32_t from = outgoing.first(u);
+        for (std::uint32_t p = from; p != outgoing.last(u); ++p) {
+            const std::uint32_t v = outgoing.end(p);
+            if (p != from && outgoing.end(p - 1) == v) continue;  // not the first u -> v
+            const std::uint32_t reverse = outgoing.find(v, u);
+            twin[outgoing.edge(p)] = reverse == none ? none : outgoing.edge(reverse);
         }
     }
 
@@ -65,7 +48,7 @@ void indexedfaceset::link_halfedges(const double* sharp_angle) {
     facet::detail::size_for_overwrite(m_edges, num_edges);  // each one written
     halfedge* const edges = m_edges.data();
     face* const faces = m_faces.data();
-    const std::uint32_t* const corners = incoming.corners();
+    const std::uint32_t* const corners = outgoing.corners();
     for (std::uint32_t i = 0; i < num_faces; ++i) {
         halfedge* e = edges + 3 * i;
         for (std::uint32_t k = 0; k < 3; ++k) {
@@ -84,5 +67,4 @@ void indexedfaceset::link_halfedges(const double* sharp_angle) {
         e[2].next = &e[0];
         e[2].prev = &e[1];
     }
-    facet::detail::recycle(twin_table);
 }

@@ -35,7 +35,7 @@ struct pool {
     std::uint64_t clock = 0;
     std::tuple<std::deque<pooled<vector3d>>, std::deque<pooled<face>>, std::deque<pooled<halfedge>>,
                std::deque<pooled<texcoord>>, std::deque<pooled<std::uint32_t>>,
-               std::deque<pooled<double>>>
+               std::deque<pooled<std::uint64_t>>, std::deque<pooled<double>>>
         lists;
 
     template <class T>
@@ -127,6 +127,8 @@ template void recycle(carray<face>&);
 template void recycle(carray<halfedge>&);
 template void recycle(carray<texcoord>&);
 template void recycle(carray<std::uint32_t>&);
+template void size_for_overwrite(carray<std::uint64_t>&, std::uint32_t);
+template void recycle(carray<std::uint64_t>&);
 template void size_for_overwrite(carray<double>&, std::uint32_t);
 template void recycle(carray<double>&);
 

@@ -12,7 +12,7 @@ namespace facet::detail {
 /// pool of mesh buffers (see set_mesh_buffer_limit) and `a` takes a pooled array of exactly `n`
 /// elements, or a newly allocated one (default-initialised) when the pool holds none. Either
 /// way the old values are indeterminate. Thread-safe; defined for vector3d, face, halfedge,
-/// texcoord, std::uint32_t and double.
+/// texcoord, std::uint32_t, std::uint64_t and double.
 template <class T>
 void size_for_overwrite(carray<T>& a, std::uint32_t n);
 
