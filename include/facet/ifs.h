@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -39,6 +40,10 @@ class mesh;
 class extruded_polygon;
 class path_extrusion;
 }  // namespace primitives
+
+namespace facet::detail {
+struct edge_table;
+}  // namespace facet::detail
 
 /// A 2×3 matrix of doubles mapping an object-space position p to texture coordinates:
 /// u = row 0 · p, v = row 1 · p (element access m(row, column); no translation column).
@@ -177,6 +182,14 @@ private:
 /// A triangle mesh with connectivity, shading data, line segments and styles.
 ///
 /// Not copyable: builders fill a local face set and exchange it into the target with swap.
+///
+/// Memory for shadow volumes: the first build_shadow_volume or shadow_volume::rebuild_mesh on a
+/// face set builds a side table of its edges (one 24-byte record per edge with a twin and a copy
+/// of every face normal: about 60 bytes per triangle of a closed mesh, some 10% on top of the
+/// face set) that every later volume, for any light, reuses. The table is dropped whenever the
+/// face set may change: by every non-const vertices(), faces() and edges(), by swap, and by
+/// everything that recomputes the face normals or the half-edges (compute_normals,
+/// construct_halfedge_data, apply_transform and the mesh builders).
 class FACET_API indexedfaceset {
 public:
     /// Empty arrays; backface culling on, silhouette edges on, every other flag off, texture and
@@ -212,7 +225,10 @@ public:
 
     // ---- whole arrays, for builders and bulk readers ----
     // Resizing the face or edge array invalidates the half-edges' pointers.
-    carray<vector3d>& vertices() { return m_vertices; }
+    carray<vector3d>& vertices() {
+        drop_edge_table();
+        return m_vertices;
+    }
     const carray<vector3d>& vertices() const { return m_vertices; }
     carray<texcoord>& texcoords() { return m_texcoords; }
     const carray<texcoord>& texcoords() const { return m_texcoords; }
@@ -222,9 +238,15 @@ public:
     const carray<vector3d>& tangents() const { return m_tangents; }
     carray<vector3d>& bitangents() { return m_bitangents; }
     const carray<vector3d>& bitangents() const { return m_bitangents; }
-    carray<face>& faces() { return m_faces; }
+    carray<face>& faces() {
+        drop_edge_table();
+        return m_faces;
+    }
     const carray<face>& faces() const { return m_faces; }
-    carray<halfedge>& edges() { return m_edges; }
+    carray<halfedge>& edges() {
+        drop_edge_table();
+        return m_edges;
+    }
     const carray<halfedge>& edges() const { return m_edges; }
     carray<line>& lines() { return m_lines; }
     const carray<line>& lines() const { return m_lines; }
@@ -560,6 +582,12 @@ private:
     // smooth_corners(angle, true) in the builders of free meshes and custom objects; empty
     // otherwise.
     carray<vector3d> m_face_normals;
+    // The edge table of the shadow-volume builders (src/shadow/edge_table.h), built on first use
+    // and shared with the builds that are running. drop_edge_table must be called by every
+    // member that may change a face normal, a half-edge or the arrays holding them.
+    friend struct facet::detail::edge_table;
+    void drop_edge_table() { m_edge_table.reset(); }
+    mutable std::shared_ptr<const facet::detail::edge_table> m_edge_table;
     bool m_marked = false;
     bool m_silhouette_edges = true;
     bool m_backface_culling = true;

@@ -9,6 +9,7 @@
 void indexedfaceset::construct_halfedge_data() { link_halfedges(nullptr); }
 
 void indexedfaceset::link_halfedges(const double* sharp_angle) {
+    drop_edge_table();
     const std::uint32_t num_vertices = this->num_vertices();
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_edges = 3 * num_faces;

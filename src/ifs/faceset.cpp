@@ -15,6 +15,8 @@ indexedfaceset::~indexedfaceset() {
 }
 
 void indexedfaceset::swap(indexedfaceset& other) noexcept {
+    drop_edge_table();
+    other.drop_edge_table();
     m_vertices.swap(other.m_vertices);
     m_texcoords.swap(other.m_texcoords);
     m_faces.swap(other.m_faces);

@@ -5,6 +5,7 @@
 void indexedfaceset::compute_normals() { compute_face_normals(true); }
 
 void indexedfaceset::compute_face_normals(bool corners) {
+    drop_edge_table();
     const std::uint32_t n = num_faces();
     // Each one written, here or by smooth_mesh.
     facet::detail::size_for_overwrite(m_normals, 3 * n);

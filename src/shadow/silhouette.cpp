@@ -1,14 +1,15 @@
-// The silhouette walk: each mutual pair of half-edges measured once.
+// The silhouette walk: one linear pass over the edge table.
 //
-// A pair is measured at its first half-edge: d is the same from both sides (the sum of the two
-// positions is commutative), so the second half-edge is decided there too, from the same two
-// dot products swapped, and a byte per half-edge carries that answer to its turn. This halves
-// the square roots and divisions and reads each twin once, from the half-edge before it, which
-// fetches the twins and their faces ahead of time. A twin that does not point back is measured
-// on its own.
+// Each edge needs the signs of x = n · d for its two face normals n, with d = unit((A + B) / 2 −
+// light), or for build_shadow_volume where x lies against ±1 degree. Written out, d takes a
+// square root and three divisions. Almost every edge is decided without them, from s = n · v for
+// v = (A + B) / 2 − light and len2 = v · v: x differs from s / sqrt(len2) by less than 20 units
+// of rounding of |n|, so s² beyond a margin of 1e-12 · |n| above (or below) the square of the
+// bound times len2 settles the comparison exactly as x would. Only an edge within that margin
+// (or of extreme magnitudes) takes the exact formula, so the result is the same bit for bit.
 #include "shadow/silhouette.h"
 
-#include <functional>
+#include <cstring>
 
 #include "shadow/extrusion.h"
 
@@ -17,75 +18,146 @@ namespace {
 
 // One degree in radians, used as a tolerance on dot products of unit vectors.
 constexpr double silhouette_tolerance = 0.017453292519943295;
+// The margin of the quick decision, relative to the longest normal.
+constexpr double margin = 2e-12;
 
-// How many half-edges ahead the walk fetches each twin, and half as far ahead the twin's face:
-// both lie far from the half-edge in memory, and the walk would otherwise wait for each in turn.
-constexpr std::uint32_t prefetch_distance = 64;
+// Where a dot product lies: below −bound, within ±bound, above +bound, or too close to say.
+enum class side : std::uint8_t { below, within, above, unsure };
 
-// A hint to the processor to fetch the cache line at `p`.
-void prefetch(const void* p) {
-#if defined(__GNUC__)
-    __builtin_prefetch(p);
-#else
-    (void)p;
-#endif
-}
+// The quick decision for one light: bounds ±1 degree (tolerant) or 0 (oriented), squared with
+// the margin, to be multiplied by len2.
+struct quick_test {
+    bool on = false;
+    double outside = 0.0;  // s² above outside · len2: |x| beyond the bound
+    double inside = 0.0;   // s² below inside · len2: |x| within the bound
 
-// Whether the rule looks at a half-edge from vertex index `own` whose twin starts at `twin`.
-bool considered(silhouette_rule rule, std::uint32_t own, std::uint32_t twin) {
-    return rule == silhouette_rule::oriented || own < twin;
-}
+    quick_test(silhouette_rule rule, double normal_bound) {
+        // Beyond these magnitudes the margin no longer covers underflow: the exact path decides.
+        on = normal_bound >= 1e-3 && normal_bound <= 1e6;
+        const double e = rule == silhouette_rule::tolerant ? silhouette_tolerance : 0.0;
+        const double m = margin * normal_bound;
+        outside = (e + m) * (e + m);
+        inside = e > m ? (e - m) * (e - m) : 0.0;
+    }
 
-// Whether the rule takes a half-edge whose face has dot product `own` with d and whose twin's
-// face has `twin`. Any NaN makes every comparison false.
-bool counts(silhouette_rule rule, double own, double twin) {
-    if (rule == silhouette_rule::oriented) return own <= 0.0 && twin > 0.0;
+    side classify(double s, double outside_len2, double inside_len2) const {
+        const double s2 = s * s;
+        if (s2 > outside_len2) return s > 0.0 ? side::above : side::below;
+        if (s2 < inside_len2) return side::within;
+        return side::unsure;
+    }
+};
+
+// Whether the tolerant rule takes an edge whose faces have dot products x and y with d (either
+// order). Any NaN makes every comparison false.
+bool tolerant_counts(double x, double y) {
     const double e = silhouette_tolerance;
-    return (own > -e && twin < e) || (own < e && twin > -e);
+    return (x > -e && y < e) || (x < e && y > -e);
+}
+
+// The tolerant rule on one edge: A, B and the two face normals.
+bool tolerant_edge(const quick_test& quick, const vector3d& light, const vector3d& pa,
+                   const vector3d& pb, const vector3d& na, const vector3d& nb) {
+    const vector3d v = (pa + pb) / 2.0 - light;
+    if (quick.on) {
+        const double len2 = v.x * v.x + v.y * v.y + v.z * v.z;
+        if (len2 > 1e-22 && len2 < 1e200) {
+            const double outside = quick.outside * len2;
+            const double inside = quick.inside * len2;
+            const side x = quick.classify(dot(na, v), outside, inside);
+            const side y = quick.classify(dot(nb, v), outside, inside);
+            // Not taken only when both lie beyond the same bound.
+            if (x != side::unsure && y != side::unsure) return x == side::within || x != y;
+        }
+    }
+    const vector3d d = unit(v);
+    return tolerant_counts(dot(na, d), dot(nb, d));
+}
+
+// The oriented rule on one edge: 1 when side a is lit or edge-on and side b turned away, 2 for
+// the other way round, 0 for neither.
+int oriented_edge(const quick_test& quick, const vector3d& light, const vector3d& pa,
+                  const vector3d& pb, const vector3d& na, const vector3d& nb) {
+    const vector3d v = (pa + pb) / 2.0 - light;
+    if (quick.on) {
+        const double len2 = v.x * v.x + v.y * v.y + v.z * v.z;
+        if (len2 > 1e-22 && len2 < 1e200) {
+            const double outside = quick.outside * len2;
+            const side x = quick.classify(dot(na, v), outside, 0.0);
+            const side y = quick.classify(dot(nb, v), outside, 0.0);
+            if (x != side::unsure && y != side::unsure)
+                return x == y ? 0 : x == side::below ? 1 : 2;
+        }
+    }
+    const vector3d d = unit(v);
+    const double x = dot(na, d);
+    const double y = dot(nb, d);
+    return x <= 0.0 && y > 0.0 ? 1 : y <= 0.0 && x > 0.0 ? 2 : 0;
+}
+
+// A scratch byte per half-edge, kept per thread between walks.
+std::vector<std::uint8_t>& marks(std::uint32_t n) {
+    thread_local std::vector<std::uint8_t> scratch;
+    if (scratch.size() < n) scratch.resize(n);
+    std::memset(scratch.data(), 0, n);
+    return scratch;
 }
 
 }  // namespace
 
-void find_silhouette(const indexedfaceset& source, const vector3d& light, silhouette_rule rule,
-                     std::vector<std::uint32_t>& out) {
-    enum : std::uint8_t { open = 0, not_silhouette = 1, silhouette = 2 };
-    const carray<vector3d>& vertices = source.vertices();
+std::vector<silhouette_edge>& silhouette_scratch() {
+    thread_local std::vector<silhouette_edge> scratch;
+    scratch.clear();
+    return scratch;
+}
+
+void find_silhouette(const indexedfaceset& source, const edge_table& table, const vector3d& light,
+                     silhouette_rule rule, std::vector<silhouette_edge>& out) {
+    const quick_test quick(rule, table.normal_bound);
+    const vector3d* const positions = source.vertices().data();
+    const vector3d* const normals = table.normals.data();
+    // The edge table checked the positions of every edge that the tolerant rule reads.
+    const auto position = [&](const edge_record& r, std::uint32_t v) -> const vector3d& {
+        const bool checked = r.a != r.b && (r.second != edge_record::none || r.a < r.b);
+        return checked ? positions[v] : source.get_vertex(v);
+    };
+
+    if (rule == silhouette_rule::tolerant) {
+        // Each edge is taken from `first`, so the records come in the order of the output.
+        for (const edge_record& r : table.records) {
+            if (!(r.a < r.b)) continue;
+            if (tolerant_edge(quick, light, positions[r.a], positions[r.b], normals[r.normal_a],
+                              normals[r.normal_b]))
+                out.push_back({r.first, r.a, r.b});
+        }
+        return;
+    }
+
+    // Either half-edge of a pair may be taken: marked by index, then collected in order.
     const std::uint32_t n = source.num_edges();
-    const halfedge* const first = source.edges().data();
-    const std::less<const halfedge*> before;
-    std::vector<std::uint8_t> decided(n, open);
-    for (std::uint32_t i = 0; i < n; ++i) {
-        if (i + prefetch_distance < n) prefetch(first[i + prefetch_distance].m_twinedge);
-        if (i + prefetch_distance / 2 < n) {
-            const halfedge* const soon = first[i + prefetch_distance / 2].m_twinedge;
-            if (soon != nullptr) prefetch(&soon->face->normal);
-        }
-        if (decided[i] != open) {
-            if (decided[i] == silhouette) out.push_back(i);
-            continue;
-        }
-        const halfedge& h = first[i];
-        const halfedge* const t = h.m_twinedge;
-        if (t == nullptr) continue;
-        const std::uint32_t a = h.vertex;
-        const std::uint32_t b = t->vertex;
-        const bool paired = before(&h, t) && before(t, first + n) && t->m_twinedge == &h;
-        const bool own = considered(rule, a, b);
-        const bool twin = paired && considered(rule, b, a);
-        if (paired) decided[t - first] = not_silhouette;
-        if (!own && !twin) continue;
-        const vector3d& pa = vertices[a];
-        const vector3d& pb = vertices[b];
-        const vector3d& own_normal = h.face->normal;
-        const vector3d& twin_normal = t->face->normal;
+    std::vector<std::uint8_t>& taken = marks(n);
+    for (const edge_record& r : table.records) {
+        const vector3d& na = normals[r.normal_a];
+        const vector3d& nb = normals[r.normal_b];
         // Two faces of equal normals (a flat region) give the same dot product, up to the sign
         // of a zero, which no oriented silhouette edge has.
-        if (rule == silhouette_rule::oriented && own_normal == twin_normal) continue;
-        const vector3d d = unit((pa + pb) / 2.0 - light);
-        const double x = dot(own_normal, d);
-        const double y = dot(twin_normal, d);
-        if (own && counts(rule, x, y)) out.push_back(i);
-        if (twin && counts(rule, y, x)) decided[t - first] = silhouette;
+        if (na == nb) continue;
+        const int which = oriented_edge(quick, light, position(r, r.a), position(r, r.b), na, nb);
+        if (which == 1) taken[r.first] = 1;
+        if (which == 2 && r.second != edge_record::none) taken[r.second] = 1;
+    }
+    const halfedge* const edges = source.edges().data();
+    for (std::uint32_t i = 0; i < n; ++i) {
+        // Eight marks at a time where there are none.
+        if (i + 8 <= n) {
+            std::uint64_t word;
+            std::memcpy(&word, taken.data() + i, sizeof word);
+            if (word == 0) {
+                i += 7;
+                continue;
+            }
+        }
+        if (taken[i]) out.push_back({i, edges[i].vertex, edges[i].m_twinedge->vertex});
     }
 }
 

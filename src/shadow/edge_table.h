@@ -1,0 +1,54 @@
+// The compact side table of a face set's edges that the silhouette walk streams instead of the
+// half-edges and face records.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "facet/ifs.h"
+
+namespace facet::detail {
+
+/// One edge as the silhouette walk sees it: a pair of mutual twin half-edges, or a half-edge
+/// whose twin does not point back (measured on its own).
+struct edge_record {
+    /// No half-edge (`second` of a lone half-edge).
+    static constexpr std::uint32_t none = 0xffffffffu;
+
+    /// The half-edge starting at `a`, and its mutual twin starting at `b` (or none). For a pair
+    /// the sides are chosen so that a <= b, so the half-edge that build_shadow_volume takes is
+    /// `first`.
+    std::uint32_t first = 0;
+    std::uint32_t second = none;
+    /// The start vertices of `first` and of its twin.
+    std::uint32_t a = 0;
+    std::uint32_t b = 0;
+    /// The normals of the two half-edges' faces, as positions in edge_table::normals.
+    std::uint32_t normal_a = 0;
+    std::uint32_t normal_b = 0;
+};
+
+/// The edges of a face set with a twin, in the order of their `first` half-edge, and the face
+/// normals packed in face order (followed by the normals of faces outside the face array that
+/// some half-edge points to). 24 bytes per edge and 24 per face: about 60 bytes per triangle of
+/// a closed mesh.
+struct edge_table {
+    std::vector<edge_record> records;
+    std::vector<vector3d> normals;
+    /// At least the length of every normal in `normals` that is not NaN (a little above).
+    double normal_bound = 0.0;
+    /// False when some half-edge points to a twin or face outside the face set's arrays: those
+    /// may change without the face set knowing, so the table is not kept.
+    bool cacheable = true;
+
+    /// Builds the table of `fs`. Every start vertex of a record with a != b is read checked
+    /// (a bad index fails "index < m_size" here, before anything is written).
+    explicit edge_table(const indexedfaceset& fs);
+
+    /// The table of `fs`: the one it keeps, or a new one that it keeps from now on (until the
+    /// face set may have changed). Safe to call from several threads on one face set.
+    static std::shared_ptr<const edge_table> of(const indexedfaceset& fs);
+};
+
+}  // namespace facet::detail
