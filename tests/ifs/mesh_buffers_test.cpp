@@ -1,13 +1,14 @@
-// The builders of free meshes and custom objects against the public steps they stand for, bit
-// for bit, with reused and fresh storage; and the pool of mesh buffers.
+// The free-mesh and custom builders against their public steps, bit for bit; the buffer pool.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <memory>
 #include <random>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "facet/custom_mesh.h"
 #include "facet/ifs.h"
@@ -22,111 +23,87 @@ primitives::mesh wavy_grid(std::uint32_t n, std::uint32_t seed) {
     std::mt19937 rng(seed);
     primitives::mesh m;
     const std::uint32_t k = n + 1;
-    for (std::uint32_t r = 0; r < k; ++r)
-        for (std::uint32_t c = 0; c < k; ++c)
-            m.add_vertex(vector3d(c, (rng() % 5) * 0.25 * std::sin(0.5 * c + r), r));
-    for (std::uint32_t r = 0; r < n; ++r)
-        for (std::uint32_t c = 0; c < n; ++c) {
-            const std::uint32_t v = r * k + c;
-            m.add_triangle(v, v + k, v + 1);
-            m.add_triangle(v + 1, v + k, v + k + 1);
-        }
-    m.add_triangle(0, k, 1);
-    m.add_triangle(0, 1, k);
-    m.add_triangle(2, 2, 3);
-    m.add_triangle(0, 1, k + 2);
+    for (std::uint32_t v = 0; v < k * k; ++v)
+        m.add_vertex(vector3d(v % k, (rng() % 5) * 0.25 * std::sin(0.5 * (v % k) + v / k), v / k));
+    for (std::uint32_t v = 0; v < n * k; ++v)
+        if (v % k != n) m.add_quad(v + 1, v, v + k, v + k + 1);
+    using tri = primitives::mesh::triangle;
+    for (tri t : {tri(0, k, 1), tri(0, 1, k), tri(2, 2, 3), tri(0, 1, k + 2)}) m.add_triangle(t);
     m.set_smoothing_threshold_angle(10.0 + rng() % 80);
     return m;
 }
 
-// What create_mesh(mesh) stands for: the vertices and triangles, the object's brush, pen and
-// style 0, flat normals, half-edges, sharp edges, texture settings and frames, smoothing.
-void build_by_steps(const primitives::mesh& m, indexedfaceset& fs) {
-    fs.vertices().resize(m.vertices_size());
-    std::uint32_t i = 0;
-    for (auto v = m.vertices_begin(); v != m.vertices_end(); ++v) fs.vertices()[i++] = *v;
-    fs.faces().resize(m.triangles_size());
-    i = 0;
-    for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t, ++i) {
-        fs.faces()[i] = face(t->vertex[0], t->vertex[1], t->vertex[2]);
-        fs.faces()[i].brush = m.get_brush();
-        fs.faces()[i].pen = m.get_pen();
-        fs.faces()[i].style = 0;
-    }
-    fs.compute_normals();
-    fs.construct_halfedge_data();
-    fs.determine_sharp_edges(m.get_smoothing_threshold_angle());
-    fs.set_texture_params(m);
-    fs.smooth_mesh(m.get_smoothing_threshold_angle());
-}
-
-std::string bits(const void* p, std::size_t n) {
-    return std::string(static_cast<const char*>(p), n);
-}
+std::string bits(const void* p, std::size_t n) { return {static_cast<const char*>(p), n}; }
 
 // Everything the builders compute, as bytes (pointers as indices).
 std::string contents(const indexedfaceset& fs) {
     std::ostringstream s;
-    s << bits(fs.vertices().data(), fs.num_vertices() * sizeof(vector3d));
-    s << bits(fs.texcoords().data(), fs.num_texcoords() * sizeof(texcoord));
+    s << bits(fs.vertices().data(), fs.num_vertices() * sizeof(vector3d))
+      << bits(fs.texcoords().data(), fs.num_texcoords() * sizeof(texcoord));
     for (const auto* corners : {&fs.normals(), &fs.tangents(), &fs.bitangents()})
         s << corners->size() << bits(corners->data(), corners->size() * sizeof(vector3d));
     for (const face& f : fs.faces())
         s << bits(f.vertex, sizeof f.vertex) << bits(f.texcoord, sizeof f.texcoord)
           << bits(&f.normal, 3 * sizeof(vector3d)) << f.style << f.brush.get_color().get_rgbvalue()
           << f.pen.get_color().get_rgbvalue() << "|";
-    const auto index = [&fs](const halfedge* h) {
-        return h == nullptr ? -1 : h - fs.edges().data();
-    };
+    const auto index = [&fs](const halfedge* h) { return h ? h - fs.edges().data() : -1; };
     for (const halfedge& e : fs.edges())
         s << e.vertex << " " << e.face - fs.faces().data() << " " << index(e.next) << " "
           << index(e.prev) << " " << index(e.m_twinedge) << " " << e.flags << "|";
     return s.str();
 }
 
-class MeshBuffers : public ::testing::Test {
-protected:
+// What create_mesh(mesh) stands for: the vertices and triangles, the object's brush, pen and
+// style 0, flat normals, half-edges, sharp edges, texture settings and frames, smoothing.
+std::string contents_by_steps(const primitives::mesh& m) {
+    indexedfaceset fs;
+    fs.vertices().resize(m.vertices_size());
+    fs.faces().resize(m.triangles_size());
+    std::copy(m.vertices_begin(), m.vertices_end(), fs.vertices().begin());
+    face* f = fs.faces().data();
+    for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t, ++f) {
+        *f = face(t->vertex[0], t->vertex[1], t->vertex[2]);
+        f->brush = m.get_brush();  // the pen keeps its default, the object's
+        f->style = 0;
+    }
+    fs.compute_normals();
+    fs.construct_halfedge_data();
+    fs.determine_sharp_edges(m.get_smoothing_threshold_angle());
+    fs.set_texture_params(m);
+    fs.smooth_mesh(m.get_smoothing_threshold_angle());
+    return contents(fs);
+}
+
+struct MeshBuffers : ::testing::Test {
+    void SetUp() override { set_mesh_buffer_limit(0); }  // an empty pool
     void TearDown() override { set_mesh_buffer_limit(default_mesh_buffer_limit); }
 };
 
-TEST_F(MeshBuffers, FreeMeshesAsTheirStepsWithFreshAndReusedStorage) {
-    for (std::uint32_t seed = 1; seed <= 3; ++seed)
+// Free meshes (seeds 1 .. 3) and a custom object (seed 4), the pool off and on: built into a
+// fresh face set after storage of another size went back to the pool, then rebuilt in place.
+TEST_F(MeshBuffers, BuildersAsTheirStepsWithFreshAndReusedStorage) {
+    for (std::uint32_t seed = 1; seed <= 4; ++seed)
         for (std::uint64_t limit : {std::uint64_t{0}, default_mesh_buffer_limit}) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << ", limit " << limit);
             set_mesh_buffer_limit(limit);
             const primitives::mesh m = wavy_grid(60 + seed, seed);
-            indexedfaceset expected;
-            build_by_steps(m, expected);
-            const std::string want = contents(expected);
-            {
-                indexedfaceset first;  // storage of other sizes, then of the same size
-                wavy_grid(70, seed).fill_mesh(first);
-            }
+            graphics::custom_mesh source;
+            source.set_vertices(std::vector<vector3d>(m.vertices_begin(), m.vertices_end()));
+            for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t)
+                source.add_face(t->vertex[0], t->vertex[1], t->vertex[2], 0);
+            primitives::custom c;
+            c.set_inline_mesh(std::move(source));
+            c.set_smoothing_threshold_angle(m.get_smoothing_threshold_angle());
+            const primitives::basic_object* const objects[] = {&m, &c};
+            const primitives::basic_object& object = *objects[seed / 4];
+            const std::string want = contents_by_steps(m);
+            wavy_grid(70, seed).fill_mesh(*std::make_unique<indexedfaceset>());
             indexedfaceset fs;
-            m.fill_mesh(fs);
+            object.fill_mesh(fs);
             EXPECT_TRUE(contents(fs) == want);
-            m.fill_mesh(fs);  // rebuilt in place
+            object.fill_mesh(fs);
             EXPECT_TRUE(contents(fs) == want);
         }
-}
-
-TEST_F(MeshBuffers, CustomObjectsAsTheirSteps) {
-    const primitives::mesh m = wavy_grid(61, 9);
-    graphics::custom_mesh source;
-    for (auto v = m.vertices_begin(); v != m.vertices_end(); ++v) source.add_vertex(*v);
-    for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t)
-        source.add_face(t->vertex[0], t->vertex[1], t->vertex[2], 0);
-    primitives::custom c;
-    c.set_inline_mesh(std::move(source));
-    c.set_smoothing_threshold_angle(m.get_smoothing_threshold_angle());
-    c.set_brush(m.get_brush());
-    c.set_pen(m.get_pen());
-    indexedfaceset expected;
-    build_by_steps(m, expected);
-    indexedfaceset fs;
-    c.fill_mesh(fs);
-    // The custom object's faces take the brush and pen of the standard style it makes.
-    EXPECT_TRUE(contents(fs) == contents(expected));
 }
 
 // Half-edges whose face pointers were moved, into the face array (read through face indices)
@@ -143,77 +120,42 @@ TEST_F(MeshBuffers, SmoothingReadsTheFacesTheHalfEdgesPointAt) {
         if (!inside_only) fs.edges()[fs.num_edges() - 1].face = &outside;
         const reference::smoothed expected = reference::smooth_mesh(fs, 50.0);
         fs.smooth_mesh(50.0);
-        for (std::uint32_t c = 0; c < 3 * fs.num_faces(); ++c) {
-            SCOPED_TRACE(testing::Message() << "corner " << c << ", inside " << inside_only);
-            ASSERT_EQ(bits(&fs.get_normal(c), sizeof(vector3d)),
-                      bits(&expected.normals[c], sizeof(vector3d)));
-            ASSERT_EQ(bits(&fs.get_tangent(c), sizeof(vector3d)),
-                      bits(&expected.tangents[c], sizeof(vector3d)));
-        }
+        const std::size_t n = 3 * fs.num_faces() * sizeof(vector3d);
+        for (auto [got, want] : {std::pair{fs.normals().data(), expected.normals.data()},
+                                 std::pair{fs.tangents().data(), expected.tangents.data()}})
+            EXPECT_TRUE(bits(got, n) == bits(want, n));
     }
 }
 
-TEST_F(MeshBuffers, DestroyedFaceSetsLeaveTheirArraysForTheNextBuildOfTheSameSize) {
-    set_mesh_buffer_limit(0);
-    EXPECT_EQ(get_mesh_buffer_bytes(), 0u);
+// The arrays of destroyed face sets serve the next build of the same size; a lower limit frees
+// the oldest arrays first, 0 frees all; small arrays and arrays above the limit are not kept.
+TEST_F(MeshBuffers, ThePoolKeepsLargeArraysOldestFirstUpToItsLimit) {
     set_mesh_buffer_limit(default_mesh_buffer_limit);
     const primitives::mesh m = wavy_grid(80, 4);
-    const face* old_faces = nullptr;
-    const halfedge* old_edges = nullptr;
-    {
-        indexedfaceset fs;
-        m.fill_mesh(fs);
-        old_faces = fs.faces().data();
-        old_edges = fs.edges().data();
-    }
+    auto first = std::make_unique<indexedfaceset>();
+    m.fill_mesh(*first);
+    const face* old_faces = first->faces().data();
+    const halfedge* old_edges = first->edges().data();
+    first.reset();
     const std::uint64_t pooled = get_mesh_buffer_bytes();
-    // Faces, half-edges and the three corner arrays at least.
-    EXPECT_GE(pooled,
+    EXPECT_GE(pooled,  // faces, half-edges and the three corner arrays at least
               m.triangles_size() * (sizeof(face) + 3 * sizeof(halfedge) + 9 * sizeof(vector3d)));
     indexedfaceset fs;
     m.fill_mesh(fs);
-    EXPECT_EQ(fs.faces().data(), old_faces);
-    EXPECT_EQ(fs.edges().data(), old_edges);
-    EXPECT_LT(get_mesh_buffer_bytes(), pooled);
-
-    // A smaller limit frees the oldest arrays down to it; 0 frees all.
-    set_mesh_buffer_limit(pooled / 2);
-    EXPECT_LE(get_mesh_buffer_bytes(), pooled / 2);
-    EXPECT_EQ(get_mesh_buffer_limit(), pooled / 2);
-    set_mesh_buffer_limit(0);
-    EXPECT_EQ(get_mesh_buffer_bytes(), 0u);
-    {
-        indexedfaceset gone;
-        m.fill_mesh(gone);
-    }
-    EXPECT_EQ(get_mesh_buffer_bytes(), 0u);
-}
-
-TEST_F(MeshBuffers, ALowerLimitFreesTheOldestArraysFirst) {
-    set_mesh_buffer_limit(0);
-    set_mesh_buffer_limit(default_mesh_buffer_limit);
-    { wavy_grid(60, 2).fill_mesh(*std::make_unique<indexedfaceset>()); }
+    EXPECT_TRUE(fs.faces().data() == old_faces && fs.edges().data() == old_edges);
     const std::uint64_t older = get_mesh_buffer_bytes();
-    { wavy_grid(90, 2).fill_mesh(*std::make_unique<indexedfaceset>()); }
-    const std::uint64_t newer = get_mesh_buffer_bytes() - older;
     ASSERT_GT(older, 0u);
-    ASSERT_GT(newer, older);
+    wavy_grid(90, 2).fill_mesh(*std::make_unique<indexedfaceset>());
+    const std::uint64_t newer = get_mesh_buffer_bytes() - older;
     set_mesh_buffer_limit(newer);
     EXPECT_EQ(get_mesh_buffer_bytes(), newer);
-}
-
-TEST_F(MeshBuffers, ArraysAboveTheLimitOrBelowAQuarterMegabyteAreFreed) {
-    set_mesh_buffer_limit(0);
-    set_mesh_buffer_limit(300 * 1024);
-    {
-        indexedfaceset small;  // 200 faces: every array far below 256 KiB
-        wavy_grid(10, 1).fill_mesh(small);
-    }
+    set_mesh_buffer_limit(0);  // frees all and keeps nothing
+    wavy_grid(80, 4).fill_mesh(*std::make_unique<indexedfaceset>());
     EXPECT_EQ(get_mesh_buffer_bytes(), 0u);
-    {
-        indexedfaceset large;  // faces of 168 · 7200 bytes: above the limit
-        wavy_grid(60, 1).fill_mesh(large);
-    }
+    set_mesh_buffer_limit(300 * 1024);
+    wavy_grid(10, 1).fill_mesh(*std::make_unique<indexedfaceset>());  // all far below 256 KiB
+    EXPECT_EQ(get_mesh_buffer_bytes(), 0u);
+    wavy_grid(60, 1).fill_mesh(*std::make_unique<indexedfaceset>());  // faces above the limit
     EXPECT_LE(get_mesh_buffer_bytes(), 300u * 1024);
 }
 
