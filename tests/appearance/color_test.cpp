@@ -72,20 +72,6 @@ TEST(Color, ToHslRoundsEachStepToFloat) {
     }
 }
 
-TEST(Appearance, EqualityLooksAtEveryFieldAndBeyondTheTextForm) {
-    const color a(1, 2, 3, 4, 0.5, 2.0f);
-    EXPECT_EQ(a, color(1, 2, 3, 4, 0.5, 2.0f));
-    for (const color& b :
-         {color(1, 2, 3, 4, 0.5, 3.0f), color(1, 2, 3, 4, 0.4, 2.0f), color(1, 2, 3, 5, 0.5, 2.0f)})
-        EXPECT_TRUE(a != b && !(a == b));
-
-    EXPECT_NE(brush(), brush(color(255, 255, 255), 2));
-    EXPECT_NE(brush(), brush(color(255, 255, 255, 255, 0.5, 1.0f)));  // the reflection counts
-    for (const pen& other :
-         {pen(color(1, 2, 3), 2, 0), pen(color(1, 2, 3), 3, 1), pen(color(1, 2, 4), 2, 1)})
-        EXPECT_FALSE(pen(color(1, 2, 3), 2, 1) == other);
-}
-
 TEST(Appearance, TextFormsPutWidthBeforeStyleAndLeaveOutTheExtras) {
     EXPECT_EQ(text_of(color(255, 0, 0)) + " | " + text_of(brush()) + " | " + text_of(pen()) +
                   " | " + text_of(pen(color(9, 8, 7, 6), 4, 2)),

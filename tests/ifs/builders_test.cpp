@@ -11,7 +11,6 @@
 #include "facet/triangulate.h"
 #include "ifs/fixtures.h"
 
-using graphics::brush;
 using graphics::color;
 using graphics::pen;
 using namespace ifs_test;
@@ -26,65 +25,6 @@ std::unique_ptr<T> with_points(std::initializer_list<vector3d> points) {
 }
 
 }  // namespace
-
-TEST(MeshBuilders, TakeTheObjectsAppearanceAndMakeTheStandardStyleOnlyWhenThereIsNone) {
-    const std::vector<vector3d> corners = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-    primitives::box box;
-    primitives::quad quad;
-    const auto polygon = with_points<primitives::polygon>({{0, 0, 0}, {2, 0, 0}, {2, 1, 0}});
-    primitives::mesh mesh;
-    mesh.set_vertices(corners);
-    mesh.add_triangle(0, 1, 2);
-    graphics::custom_mesh triangle;
-    triangle.set_vertices(corners);
-    triangle.add_face(0, 1, 2);
-    primitives::custom custom;
-    custom.set_inline_mesh(triangle);
-    const brush red(color(255, 0, 0), 0), blue(color(0, 0, 255), 0);
-    const std::string modes = std::to_string(static_cast<int>(graphics::texture_mode::decal)) +
-                              std::to_string(static_cast<int>(graphics::texgen_mode::box));
-    using objects = std::initializer_list<primitives::basic_object*>;
-    for (primitives::basic_object* o : objects{&box, &quad, polygon.get(), &mesh, &custom}) {
-        SCOPED_TRACE(o->class_id());
-        o->set_brush(red);
-        o->set_pen(pen(color(0, 0, 255), 3));
-        o->set_material_ref_id("steel");
-        o->set_backface_culling(false);
-        o->set_black_in_bw_mode(true);
-        o->set_show_texture_in_bw_mode(true);
-        o->set_visible_edge_threshold_angle(40.0);
-        o->enable_texturing(true);
-        o->set_texture_id(7);
-        o->set_norm_map_id(8);
-        o->set_texture_mode(graphics::texture_mode::decal);
-        o->set_texture_scale(2.0, 3.0);
-        const indexedfaceset& fs = o->get_mesh();
-        const graphics::style& s = fs.get_style(0);
-        std::ostringstream got;
-        got << fs.get_backface_culling() << fs.show_black_in_bw_mode()
-            << fs.show_texture_in_bw_mode() << " " << fs.get_visible_edge_treshold() << " "
-            << fs.get_texture_scale().x << fs.get_texture_scale().y << " " << fs.num_styles() << " "
-            << s.name << " " << s.material_ref_id << " " << s.texture.texturing
-            << s.texture.texture_id << s.texture.norm_map_id << " "
-            << static_cast<int>(s.texture.texture_mode) << static_cast<int>(s.texture.texgen_mode)
-            << " " << s.texture.texture_scale.x << s.texture.texture_scale.y;
-        EXPECT_EQ(got.str(), "011 40 23 1 std steel 178 " + modes + " 23");
-        EXPECT_EQ(s.brush, red);
-        // A rebuild rewrites every face but keeps the style it finds (a custom object's come
-        // from the object).
-        o->set_brush(blue);
-        o->set_pen(pen());
-        o->set_backface_culling(true);
-        o->set_dirty(true);
-        EXPECT_TRUE(o->get_mesh().get_backface_culling());
-        ASSERT_GT(fs.num_faces(), 0u);
-        for (std::uint32_t i = 0; i < fs.num_faces(); ++i)
-            EXPECT_TRUE(fs.get_face(i).brush == blue && fs.get_face(i).pen == pen() &&
-                        fs.get_face(i).style == 0)
-                << i;
-        EXPECT_EQ(fs.get_style(0).brush, o->class_id() == "custom" ? blue : red);
-    }
-}
 
 TEST(SolidMeshes, TablesOrientationAndSmoothing) {
     // Each solid is closed with outward normals; the round ones are smoothed at the object's
@@ -185,6 +125,9 @@ TEST(PolygonMesh, ProjectedOntoThePlaneFacingItsNormal) {
         {{{0, 0, 0}, {0.05, 0, 0}, {0.05, 0, 0.05}, {0, 0, 0.05}},
          {{0, 0}, {0.05, 0}, {0.05, 0.05}, {0, 0.05}},
          {0, -1, 0}},
+        {{{0, 0, 0}, {1, 0, 0}, {1.05, 0, 0}, {1, 1, 0}, {0, 1, 0}},  // C skips a point near B
+         {{0, 0}, {1, 0}, {1.05, 0}, {1, 1}, {0, 1}},
+         {0, 0, 1}},
         {{{0, 0, 0}, {0.05, 0, 0}, {0.05, 0.05, 0}, {0, 0.05, 0}}, {}, {}},
         {{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}}, {}, {}},
         {{{0, 0, 0}, {1, 0, 0}}, {}, {}},

@@ -62,24 +62,6 @@ void tilted_fan(indexedfaceset& fs, double lift) {
 
 }  // namespace
 
-TEST(HalfEdges, SharpAtTheAngleOrMoreOpenEdgesDrawn) {
-    indexedfaceset fs;  // folded by exactly 90 degrees; cos(90°) is slightly above 0
-    set_mesh(fs, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, {face(0, 1, 2), face(1, 0, 3)});
-    EXPECT_EQ(drawn_edges(fs), 0);
-    fs.determine_sharp_edges(90.0);
-    EXPECT_EQ(drawn_edges(fs), 6);
-    fs.determine_sharp_edges(91.0);
-    EXPECT_EQ(drawn_edges(fs), 4);
-    EXPECT_FALSE(fs.get_edge(0).drawn() || fs.get_edge(3).drawn());
-    fs.faces()[0] = face(0, 1, 5);  // a vertex index beyond the vertices
-    EXPECT_DEATH(fs.construct_halfedge_data(), "index < m_size");
-
-    // A built box pairs every edge and draws its twelve edges, not the sides' diagonals.
-    primitives::box b(1.0, 2.0, 3.0);
-    b.set_smoothing_threshold_angle(30.0);
-    EXPECT_EQ(drawn_edges(b.get_mesh()), 24);
-}
-
 TEST(VisibleEdges, CreasesSilhouettesAndOpenEdges) {
     // Folded by 30 degrees, normals (0, 1, 0) and (0, .866, .5): seen along -z the first is
     // edge-on (a silhouette), from above both are in front (only the open edges are drawn); at
@@ -160,32 +142,6 @@ TEST(FlatListsAgainstLists, SmoothedNormalsAndFrames) {
             if (rng() % 3 == 0) e.face = &fs.faces()[rng() % fs.num_faces()];
         SCOPED_TRACE(testing::Message() << "seed " << seed << ", moved face pointers");
         expect_smoothing_as_the_oracle(fs, 60.0);
-    }
-}
-
-// Fans long enough for the hashed search of distinct normals; +0 and −0 components count as
-// equal, a NaN as equal to nothing; frames that are not finite.
-TEST(FlatListsAgainstLists, SmoothedFanCentresWithSignedZerosAndNaN) {
-    const double nan = std::nan("");
-    const vector3d pool[] = {{0, 1, 0},        {-0.0, 1, -0.0}, {0, 1, -0.0},  {0.6, 0.8, 0},
-                             {-0.0, 0.8, 0.6}, {nan, 1, 0},     {0.8, 0.6, 0}, {0, 0.6, -0.8}};
-    std::mt19937 rng(7);
-    for (std::uint32_t n : {15u, 16u, 17u, 18u, 60u}) {
-        std::vector<vector3d> v(n + 2);
-        std::vector<face> faces;
-        for (std::uint32_t j = 0; j <= n; ++j)
-            v[j + 1] = vector3d(std::cos(0.1 * j), 0.01 * (j % 3), std::sin(0.1 * j));
-        for (std::uint32_t j = 0; j < n; ++j) faces.emplace_back(0, j + 2, j + 1);
-        indexedfaceset fs;
-        set_mesh(fs, v, faces);
-        texture(fs);
-        for (face& f : fs.faces()) f.normal = pool[rng() % 8];
-        fs.faces()[3].tangent = vector3d(HUGE_VAL, 0, 0);
-        fs.faces()[5].bitangent = vector3d(0, nan, 1);
-        for (double angle : {10.0, 45.0, 135.0}) {
-            SCOPED_TRACE(testing::Message() << "fan " << n << ", angle " << angle);
-            expect_smoothing_as_the_oracle(fs, angle);
-        }
     }
 }
 

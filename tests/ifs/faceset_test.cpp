@@ -1,65 +1,10 @@
-// The face set's own operations: exchange, styles, normals, transforms, bounds, rays, texturing.
+// The face set's own operations: normals, transforms, bounds, rays and box texture coordinates.
 #include <gtest/gtest.h>
 
 #include "facet/math3d.h"
 #include "ifs/fixtures.h"
 
-using graphics::brush;
-using graphics::color;
-using graphics::pen;
 using namespace ifs_test;
-
-namespace {
-
-// Two faces of normal +y, the second moved by o, in styles 0 and s (two styles when s is 1).
-void two_like_faces(indexedfaceset& fs, const vector3d& o, std::int32_t s = 0) {
-    const vector3d a(2, 0, 0), b(0, 0, -3);
-    set_mesh(fs, {vector3d(), a, b, o, o + a, o + b});
-    fs.faces()[1].style = s;
-    fs.faces()[0].style = 0;
-    fs.styles().resize(s == 1 ? 2 : 1);
-}
-
-}  // namespace
-
-TEST(FaceSet, SwapAndStyles) {
-    // The exchange takes exactly six arrays; normals, tangents, bitangents and flags stay.
-    indexedfaceset x, y;
-    set_mesh(x, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}}, {face(0, 1, 2), face(1, 3, 2)});
-    x.texcoords().resize(5);
-    x.lines().resize(1);
-    x.styles().resize(2);
-    x.tangents().resize(6);
-    x.bitangents().resize(7);
-    y.set_marked(true);
-    y.normals().resize(1);
-    x.swap(y);
-    const auto sizes = [](const indexedfaceset& fs) {
-        return std::vector<std::size_t>{
-            fs.num_vertices(),      fs.num_texcoords(), fs.num_faces(),      fs.num_edges(),
-            fs.num_lines(),         fs.num_styles(),    fs.normals().size(), fs.tangents().size(),
-            fs.bitangents().size(), fs.is_marked()};
-    };
-    EXPECT_EQ(sizes(y), std::vector<std::size_t>({4, 5, 2, 6, 1, 2, 1, 0, 0, 1}));
-    EXPECT_EQ(sizes(x), std::vector<std::size_t>({0, 0, 0, 0, 0, 0, 6, 6, 7, 0}));
-
-    // set_style ignores an index beyond the styles; the standard style comes from the object.
-    y.set_style(1, graphics::style("glass", brush(color(1, 2, 3), 1), pen(color(4, 5, 6), 2, 3)));
-    y.set_style(2, graphics::style("ignored", brush(), pen()));
-    EXPECT_EQ(y.get_style(0).name + "|" + y.get_style(1).name, "|glass");
-    primitives::basic_object o;
-    o.set_material_ref_id("steel");
-    o.set_pen(pen(color(9, 9, 9), 3));
-    o.enable_texturing(true);
-    o.set_texture_id(42);
-    o.set_norm_map_id(43);
-    y.build_standard_style(o);
-    ASSERT_EQ(y.num_styles(), 1u);
-    const graphics::style& s = y.get_style(0);
-    EXPECT_EQ(s.name + "|" + s.material_ref_id, "std|steel");
-    EXPECT_TRUE(s.brush == brush(color(255, 255, 192)) && s.pen == pen(color(9, 9, 9), 3));
-    EXPECT_EQ(s.texture.texture_id + s.texture.norm_map_id + s.texture.texturing, 0u);
-}
 
 TEST(FaceSet, NormalsTransformsBoundsAndRays) {
     indexedfaceset fs;  // normals +z, −x and, collinear, zero
@@ -146,65 +91,4 @@ TEST(BoxTexcoords, ProjectedAlongTheDominantAxisPlainOrTurned) {
     set_mesh(tie, {{0, 0, 0}, {0, 0, 1}, {1, -1, 0}});
     texture(tie);
     EXPECT_EQ(coords_of(tie), "0 0|1 0|0 -1");
-}
-
-TEST(BoxTexcoords, EachStyleScalesItsFacesFacesWithoutOneGetZeros) {
-    indexedfaceset fs;
-    two_like_faces(fs, vector3d(), 1);
-    fs.styles()[1].texture.texture_scale = vector2d(2.0, 2.0);
-    fs.gen_texcoords_box();
-    EXPECT_EQ(coords_of(fs), "0 0|2 0|0 -3|0 0|4 0|0 -6");
-
-    // A rerun starts over from zeros; a face without a style keeps its indices.
-    two_like_faces(fs, vector3d(1, 1, 1));
-    fs.gen_texcoords_box();
-    fs.compute_tangent_space();
-    ASSERT_NE(fs.get_tangent(0), vector3d());
-    fs.faces()[1].style = -1;
-    fs.faces()[1].texcoord[1] = 4;
-    fs.gen_texcoords_box();
-    ASSERT_EQ(fs.num_texcoords(), 6u);
-    EXPECT_EQ(coords_of(fs), "0 0|2 0|0 -3|0 0|0 0|0 0");
-    EXPECT_EQ(fs.get_face(1).texcoord[0] + fs.get_face(1).texcoord[1], 7u);
-    for (std::uint32_t t = 0; t < 6; ++t)
-        EXPECT_EQ(fs.get_tangent(t) + fs.get_bitangent(t), vector3d()) << t;
-
-    // Degenerate coordinates give zero frames; missing ones fail.
-    two_like_faces(fs, vector3d(1, 1, 1));
-    fs.texcoords().resize(1);
-    fs.compute_tangent_space();
-    EXPECT_EQ(fs.get_tangent(0) + fs.get_bitangent(5), vector3d());
-    fs.faces()[1].texcoord[2] = 1;
-    EXPECT_DEATH(fs.compute_tangent_space(), "index < m_size");
-}
-
-TEST(TextureParams, OneStyleTakesTheObjectsSettingsSeveralKeepTheirs) {
-    primitives::box object;
-    object.enable_texturing(true);
-    object.set_texture_id(9);
-    object.set_texture_scale(4.0, 4.0);
-    indexedfaceset fs;
-    two_like_faces(fs, vector3d(1, 1, 1));
-    fs.set_texture_params(object);
-    EXPECT_EQ(coords_of(fs), "0 0|8 0|0 -12|4 4|12 4|4 -8");
-    // Faces that lost their style get their slots cleared on a rebuild, and zero frames.
-    fs.faces()[1].style = 2;
-    fs.set_texture_params(object);
-    EXPECT_EQ(coords_of(fs), "0 0|8 0|0 -12|0 0|0 0|0 0");
-    EXPECT_TRUE(fs.get_tangent(4) == vector3d() && fs.get_face(1).tangent == vector3d());
-    EXPECT_EQ(fs.get_tangent(1), vector3d(1, 0, 0));
-
-    // Several styles: the object's settings are not taken; coordinates (at the styles' own
-    // scales) and frames are made all the same.
-    indexedfaceset two;
-    two_like_faces(two, vector3d(1, 1, 1), 1);
-    two.styles()[1].texture.texture_id = 5;
-    two.set_texture_params(object);
-    EXPECT_FALSE(two.get_textured() || two.get_style(0).texture.texturing);
-    EXPECT_EQ(two.get_texture_id() + two.get_style(0).texture.texture_id, 0u);
-    EXPECT_EQ(two.get_style(1).texture.texture_id, 5u);
-    EXPECT_EQ(two.get_texture_scale(), vector2d(1.0, 1.0));
-    EXPECT_EQ(coords_of(two), "0 0|2 0|0 -3|1 1|3 1|1 -2");
-    EXPECT_TRUE(two.get_face(0).tangent == vector3d(1, 0, 0) &&
-                two.get_tangent(5) == vector3d(1, 0, 0));
 }

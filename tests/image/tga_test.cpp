@@ -62,20 +62,6 @@ bytes tga(unsigned w, unsigned h, unsigned bpp, const bytes& rest, unsigned idle
     return b;
 }
 
-TEST(ReadTga, ConvertsBgrToRgbaInFileRowOrder) {
-    // 24 bits, 2 x 2, after a 3-byte id field; rows as stored, origin bits ignored.
-    bitmap b;
-    const bytes rgb = tga(2, 2, 24, {9, 9, 9, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 3);
-    graphics::read_tga(scratch("rgb.tga", rgb).c_str(), b);
-    EXPECT_TRUE(b.width() == 2 && b.height() == 2);
-    EXPECT_EQ(bytes(b.begin(), b.end()),
-              (bytes{3, 2, 1, 255, 6, 5, 4, 255, 9, 8, 7, 255, 12, 11, 10, 255}));
-    // 32 bits keep their alpha bytes.
-    graphics::read_tga(scratch("rgba.tga", tga(1, 2, 32, {1, 2, 3, 4, 5, 6, 7, 0})).c_str(), b);
-    EXPECT_TRUE(b.width() == 1 && b.height() == 2);
-    EXPECT_EQ(bytes(b.begin(), b.end()), (bytes{3, 2, 1, 4, 7, 6, 5, 0}));
-}
-
 TEST(ReadTga, RejectsBadFilesWithTheirMessagesAndLeavesOutUnchanged) {
     const std::pair<bytes, std::string> cases[] = {
         {{}, "Unable to open TGA file"},  // not written

@@ -125,22 +125,6 @@ TEST(Builders, PinnedMatrices) {
     EXPECT_EQ(s, rows({2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, 0, 0, 0, 1}));
 }
 
-TEST(Rotation, QuaternionFormulaBitForBitAndRightHanded) {
-    matrix44d m;
-    make_rotation_matrix(m, 37.5, 1, -2, 0.5);
-    const double a = 37.5 * 0.5 * pi * (1.0 / 180.0);
-    const double k = std::sin(a) / std::sqrt(1.0 * 1.0 + -2.0 * -2.0 + 0.5 * 0.5);
-    const double w = std::cos(a), x = k * 1, y = k * -2, z = k * 0.5;
-    EXPECT_EQ(m, rows({1 - 2 * (y * y + z * z), 2 * (x * y - w * z), 2 * (x * z + w * y), 0,
-                       2 * (x * y + w * z), 1 - 2 * (x * x + z * z), 2 * (y * z - w * x), 0,
-                       2 * (x * z - w * y), 2 * (y * z + w * x), 1 - 2 * (x * x + y * y), 0, 0, 0,
-                       0, 1}));
-    make_rotation_matrix(m, 90, 0, 1, 0);  // right-handed
-    EXPECT_NEAR(transform_vector(m, {0, 0, 1}).x, 1.0, 1e-15);
-    make_rotation_matrix(m, 30, 0, 0, 0);
-    EXPECT_TRUE(std::isnan(m(0, 1)));  // a zero axis is not guarded
-}
-
 TEST(Appenders, PostMultiply) {
     std::mt19937 rng(5);
     const matrix44d g = random_matrix(rng, false);

@@ -1,4 +1,4 @@
-// primitives::basic_object: copies, hierarchy, dirty marking, cached mesh and world transforms.
+// primitives::basic_object: copies, dirty marking and world transforms.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -70,23 +70,6 @@ void expect_unlinked_and_dirty(const basic_object& o) {
     EXPECT_TRUE(o.is_dirty() && o.shadows_dirty());
 }
 
-// A primitive whose mesh is one triangle; it counts its rebuilds.
-class triangle_object : public basic_object {
-public:
-    mutable int builds = 0;
-
-protected:
-    void update_mesh(indexedfaceset& target) const override {
-        ++builds;
-        target.vertices().resize(3);
-        target.vertices()[1] = vector3d(1.0, 0.0, 0.0);
-        target.vertices()[2] = vector3d(0.0, 1.0, 0.0);
-        target.faces().resize(1);
-        target.faces()[0] = face(0, 1, 2);
-        target.compute_normals();
-    }
-};
-
 matrix44d local_matrix(const vector3d& position, double angle, const vector3d& axis) {
     matrix44d t, r, m;
     make_translation_matrix(t, position.x, position.y, position.z);
@@ -129,48 +112,6 @@ TEST(BasicObject, CopiesTakeAppearanceButNotHierarchyOwnerOrMesh) {
     EXPECT_FALSE(child.is_dirty());
 }
 
-TEST(BasicObject, Hierarchy) {
-    basic_object a, b, child;
-    a.set_name("a");
-    child.set_parent(&a);
-    EXPECT_EQ(child.get_parentname(), "a");
-    child.set_parent(&b);  // moves between parents
-    EXPECT_TRUE(a.get_children().empty());
-    EXPECT_EQ(b.get_children(), std::vector<basic_object*>{&child});
-    b.set_name("table");  // children's stored parent names follow a rename
-    EXPECT_EQ(child.get_parentname(), "table");
-    child.set_parent(nullptr);
-    EXPECT_TRUE(b.get_children().empty());
-    EXPECT_EQ(child.get_parentname(), "_null_");
-
-    // add_child and remove_child keep order and duplicates and leave the child alone.
-    basic_object p, c1, c2, c3, stranger;
-    for (basic_object* c : {&c1, &c2, &c1, &c3}) p.add_child(c);
-    EXPECT_EQ(c1.get_parent(), nullptr);
-    p.remove_child(&c1);
-    p.remove_child(&stranger);
-    EXPECT_EQ(p.get_children(), (std::vector<basic_object*>{&c2, &c1, &c3}));
-    p = basic_object();
-
-    // Destroying a parent orphans its children; destroying a child leaves its parent.
-    {
-        basic_object root, gone;
-        root.set_name("root");
-        c1.set_parent(&root);
-        c2.set_parent(&root);
-        gone.set_parent(&root);
-    }
-    EXPECT_EQ(c1.get_parent(), c2.get_parent());
-    EXPECT_EQ(c1.get_parent(), nullptr);
-    EXPECT_EQ(c1.get_parentname(), "root");
-    {
-        basic_object gone;
-        gone.set_parent(&a);
-        c3.set_parent(&a);
-    }
-    EXPECT_EQ(a.get_children(), std::vector<basic_object*>{&c3});
-}
-
 TEST(BasicObject, WhichSettersMarkDirty) {
     basic_object o;
     // Only on change (one check of it per kind of field).
@@ -195,46 +136,6 @@ TEST(BasicObject, WhichSettersMarkDirty) {
     o.set_dirty(true);
     o.set_dirty(false);
     EXPECT_TRUE(o.shadows_dirty());
-}
-
-TEST(BasicObject, MeshIsRebuiltOnlyWhenDirtyAndCarriesTheTextureSettings) {
-    // Faces, then the flags textured, rotated, edges only and marked, then the ids and the mode.
-    const auto settings = [](const indexedfaceset& m) {
-        std::ostringstream os;
-        os << m.num_faces() << ' ' << m.get_textured() << m.texture_rotated() << m.edges_only()
-           << m.is_marked() << ' ' << m.get_texture_id() << ' ' << m.get_normal_map_id() << ' '
-           << static_cast<int>(m.get_texture_mode());
-        return os.str();
-    };
-    triangle_object o;
-    o.enable_texturing(true);
-    o.set_texture_id(7);
-    o.set_norm_map_id(8);
-    o.set_texture_mode(graphics::texture_mode::blend);
-    o.set_texture_rotated(true);
-    const indexedfaceset& m = o.get_mesh();
-    EXPECT_EQ(settings(m), "1 1100 7 8 3");
-    EXPECT_EQ(&o.get_mesh(), &m);
-    EXPECT_EQ(o.builds, 1);
-    o.set_texture_id(9);
-    o.get_mesh();
-    // Edges-only and marked take effect without a rebuild.
-    o.set_edges_only(true);
-    o.set_marked(true);
-    EXPECT_EQ(settings(o.get_mesh()), "1 1111 9 8 3");
-    EXPECT_EQ(o.builds, 2);
-
-    // fill_mesh builds into the target and leaves the cache and the dirty flag alone.
-    indexedfaceset target;
-    o.set_texture_id(3);
-    o.fill_mesh(target);
-    EXPECT_EQ(settings(target), "1 1100 3 8 3");
-    EXPECT_TRUE(o.is_dirty());
-    EXPECT_EQ(m.get_texture_id(), 9u);
-    o.get_mesh();
-    o.fill_mesh(target);
-    EXPECT_FALSE(o.is_dirty());
-    EXPECT_EQ(o.builds, 5);
 }
 
 TEST(Transformation, ParentTimesTranslationTimesRotationBitExact) {

@@ -127,34 +127,6 @@ TEST(CustomObject, InlineMeshDirtyMarkingAndCopies) {
     EXPECT_EQ(c.get_inline_mesh().num_vertices() + c.num_styles(), 0u);
 }
 
-TEST(CustomObject, AddPrimitiveTakesThePartsAppearanceAndLeavesThePartAlone) {
-    primitives::cone part;
-    part.set_name("spire");
-    part.set_material_ref_id("slate");
-    part.set_brush(brush(color(10, 20, 30)));
-    part.set_pen(pen(color(40, 50, 60), 3));
-    part.enable_texturing(true);
-    part.set_texture_id(12);
-    part.set_texture_scale(2.0, 3.0);
-    primitives::custom c;
-    EXPECT_EQ(c.add_primitive(part), 0);
-    EXPECT_TRUE(part.is_dirty());  // built with fill_mesh, its cache untouched
-    const style s = c.get_style(0);
-    EXPECT_EQ(s.name + "|" + s.material_ref_id + "|" + std::to_string(s.texture.texture_id),
-              "spire|slate|12");
-    EXPECT_TRUE(s.brush == part.get_brush() && s.pen == part.get_pen() && s.texture.texturing);
-    EXPECT_EQ(s.texture.texture_scale, vector2d(2.0, 3.0));
-
-    // A part whose mesh cannot be built leaves the composite as it was.
-    primitives::extruded_polygon bad;
-    bad.set_points({vector3d(0, 0, 0), vector3d(2, 0, 0), vector3d(2, 0, 2), vector3d(1, 0, -1),
-                    vector3d(0, 0, 2)});
-    c.get_mesh();
-    EXPECT_THROW(c.add_primitive(bad), std::runtime_error);
-    EXPECT_EQ(c.get_inline_mesh().num_faces() + c.num_styles(), 25u);
-    EXPECT_FALSE(c.is_dirty());
-}
-
 TEST(CustomObject, AMultiStylePartBringsItsStylesAndOneMoreForFacesWithoutAValidOne) {
     custom_mesh m = named_triangle("two styles");  // style "a" and a face in it
     m.add_style("b", brush(), pen());
@@ -191,25 +163,6 @@ TEST(MeshObject, SequencesAndDirtyMarking) {
     EXPECT_TRUE(dirties(m, [&] { m.set_vertices({vector3d(1, 1, 1)}); }));
     EXPECT_TRUE(dirties(m, [&] { m.clear(); }));
     EXPECT_EQ(m.vertices_size() + m.triangles_size(), 0u);
-}
-
-TEST(ExtrudedPolygonObject, ParametersBoundsAndCopies) {
-    primitives::extruded_polygon e;
-    expect_box(e.get_boundingbox(), vector3d(0, 0, 0), 0, 0, 0);
-    EXPECT_TRUE(dirties(e, [&] { e.add_point(vector3d(-1, 0, -1)); }));
-    e.add_point(vector3d(1, 0, -1));
-    e.add_point(vector3d(1, 0, 1));
-    EXPECT_TRUE(dirties(e, [&] { e.set_extrusion(vector3d(0, 2, 4)); }));
-    EXPECT_TRUE(dirties(e, [&] { e.set_extrusion_scaling(vector3d(3, 1, 0.5)); }));
-    EXPECT_EQ(e.far_point(vector3d(1, 1, 1)), vector3d(3, 3, 4.5));
-
-    const primitives::extruded_polygon& read_only = e;
-    EXPECT_FALSE(dirties(e, [&] { EXPECT_EQ(read_only[1], vector3d(1, 0, -1)); }));
-    EXPECT_TRUE(dirties(e, [&] { e[1] = vector3d(1, 0, -2); }));
-    EXPECT_FALSE(dirties(e, [&] { EXPECT_THROW(e[3], std::out_of_range); }));
-    EXPECT_THROW(read_only[3], std::out_of_range);
-    EXPECT_TRUE(dirties(e, [&] { e.clear(); }));
-    EXPECT_TRUE(dirties(e, [&] { e.set_points({vector3d(1, 2, 3)}); }));
 }
 
 TEST(PathExtrusionObject, ParametersAndBounds) {

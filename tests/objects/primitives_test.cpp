@@ -103,19 +103,6 @@ TEST(Primitives, EverySetterMarksDirtyEvenWithTheSameValueExceptTheBillboards) {
     EXPECT_FALSE(bb.shadows_dirty() || bb.is_dirty());
 }
 
-TEST(Primitives, DivisionsAreTruncatedAndClamped) {
-    const double inf = std::numeric_limits<double>::infinity();
-    cylinder c;
-    std::ostringstream stored;
-    stored.precision(10);
-    for (double d :
-         {7.9, 12.0, 0.99, -0.5, -7.0, -inf, std::nan(""), 4294967294.9, 4294967295.0, 1e20, inf}) {
-        c.set_number_of_divisions(d);
-        stored << c.get_number_of_divisions() << ' ';
-    }
-    EXPECT_EQ(stored.str(), "7 12 0 0 0 0 0 4294967294 4294967295 4294967295 4294967295 ");
-}
-
 TEST(Primitives, MutableIndexMarksDirtyConstIndexDoesNot) {
     quad q;
     primitives::line l;
@@ -145,19 +132,6 @@ TEST(Primitives, MutableIndexMarksDirtyConstIndexDoesNot) {
     // The polygon's is the standard checked access's range error, and still marks dirty.
     EXPECT_FALSE(dirties(pg, [&] { EXPECT_THROW(std::as_const(pg)[5], std::out_of_range); }));
     EXPECT_TRUE(dirties(pg, [&] { EXPECT_THROW(pg[5], std::out_of_range); }));
-}
-
-TEST(Primitives, TexcoordsAreStoredWithoutMarkingDirtyAndCopied) {
-    quad q;
-    make_clean(q);
-    q.set_texcoord(2, texcoord(0.5f, 0.25f));
-    EXPECT_FALSE(q.is_dirty());
-    EXPECT_EQ(q.get_texcoord(2).v, 0.25f);
-    // The mesh shows the change only after a rebuild caused by something else.
-    EXPECT_EQ(q.get_mesh().get_texcoord(2).u, 1.0f);
-    q.set_texture_scale(1.0, 1.0);
-    EXPECT_EQ(q.get_mesh().get_texcoord(2).u, 0.5f);
-    EXPECT_EQ(std::unique_ptr<quad>(q.clone())->get_texcoord(2).u, 0.5f);
 }
 
 TEST(Primitives, PointLists) {

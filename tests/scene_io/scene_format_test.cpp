@@ -230,18 +230,3 @@ TEST(SceneRead, ParentsAreTheFirstObjectOfTheNameAndCyclesAreRefused) {
               "Error in read_objects(): parent not found");
     EXPECT_EQ(missing.objects.size(), 2u);
 }
-
-TEST(SceneRead, EveryTruncationFails) {
-    basic_object root;
-    root.set_name("root");
-    root.set_material_ref_id(nul);
-    primitives::box b;
-    b.set_material_ref_id(nul);
-    b.set_parent(&root);
-    const std::string text = written({&root, &b});
-    b.set_parent(nullptr);
-    for (std::size_t n = 0; n + 1 < text.size() - 2; ++n) {
-        owned s;
-        EXPECT_NE(read_into(text.substr(0, n), s), "") << n;
-    }
-}
