@@ -46,7 +46,7 @@ constexpr double unit_roundoff = 0x1p-53;
 constexpr double code_limit = 65535.0;
 
 // The most corners the walk from the tip tests before the box is cut into parts.
-constexpr unsigned walk_steps = 64;
+constexpr unsigned walk_steps = 128;
 
 // The bits of a 16-bit value spread to the even bit positions.
 std::uint32_t spread(std::uint32_t v) {
@@ -68,10 +68,6 @@ double edge_error(const vector2d& e, double scale) {
 
 }  // namespace
 
-std::uint32_t z_order_list::code(double x, double y) const {
-    return spread(grid(x, m_xmin, m_xscale)) | (spread(grid(y, m_ymin, m_yscale)) << 1);
-}
-
 bool z_order_list::build(const std::vector<vector2d>& points) {
     const std::size_t n = points.size();
     double xmin = 0.0, xmax = 0.0, ymin = 0.0, ymax = 0.0;
@@ -92,24 +88,35 @@ bool z_order_list::build(const std::vector<vector2d>& points) {
     m_scale = std::max(std::max(std::fabs(xmin), std::fabs(xmax)),
                        std::max(std::fabs(ymin), std::fabs(ymax)));
 
-    // Least significant digit first, 11 bits of the code at a time; passes where every code has
-    // the same digit are skipped.
+    // Least significant digit first, 11 bits of the code at a time, with the counts of all
+    // three digits taken while the codes are made; passes where every code has the same digit
+    // are skipped.
     m_corners.resize(n);
     m_sorted.resize(n);
     m_swap.resize(n);
+    constexpr unsigned digits = 2048;
+    unsigned count[3][digits] = {};
     for (std::size_t i = 0; i < n; ++i) {
-        const std::uint32_t c = code(points[i].x, points[i].y);
+        const std::uint32_t c = spread(grid(points[i].x, xmin, m_xscale)) |
+                                (spread(grid(points[i].y, ymin, m_yscale)) << 1);
         m_corners[i].code = c;
         m_sorted[i] = (std::uint64_t(c) << 32) | i;
+        ++count[0][c & (digits - 1)];
+        ++count[1][(c >> 11) & (digits - 1)];
+        ++count[2][c >> 22];
     }
-    constexpr unsigned digits = 2048;
-    for (unsigned shift = 32; shift < 64; shift += 11) {
-        std::size_t count[digits + 1] = {};
-        for (const std::uint64_t key : m_sorted) ++count[((key >> shift) & (digits - 1)) + 1];
-        if (count[((m_sorted[0] >> shift) & (digits - 1)) + 1] == n) continue;
-        for (unsigned d = 1; d <= digits; ++d) count[d] += count[d - 1];
+    for (unsigned d = 0; d < 3; ++d) {
+        const unsigned shift = 32 + 11 * d;
+        unsigned* const place = count[d];
+        if (place[(m_sorted[0] >> shift) & (digits - 1)] == n) continue;
+        unsigned sum = 0;
+        for (unsigned k = 0; k < digits; ++k) {
+            const unsigned here = place[k];
+            place[k] = sum;
+            sum += here;
+        }
         for (const std::uint64_t key : m_sorted)
-            m_swap[count[(key >> shift) & (digits - 1)]++] = key;
+            m_swap[place[(key >> shift) & (digits - 1)]++] = key;
         m_sorted.swap(m_swap);
     }
     m_skip.resize(n + 1);

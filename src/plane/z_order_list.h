@@ -49,7 +49,6 @@ private:
     };
     struct box;
 
-    std::uint32_t code(double x, double y) const;
     unsigned search_parts(const std::vector<vector2d>& points, unsigned u, unsigned v, unsigned w,
                           const box& b, unsigned budget);
     std::size_t live_from(std::size_t position);
