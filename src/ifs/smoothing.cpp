@@ -91,7 +91,8 @@ private:
 // transform_vector(r, p) for the rotation matrix r of make_rotation_matrix(r, angle, axis),
 // with the same arithmetic in the same order, written out: r's last row is (0, 0, 0, 1) and its
 // last column (0, 0, 0, 1), so the projective weight is 1 for a finite p and dividing by it
-// changes no bit; it is divided only when it is not 1.
+// changes no bit; it is divided only when it is not 1. The weight depends on p alone: it is
+// computed once per face frame vector rather than once per corner.
 struct rotation {
     double m[3][3];
 
@@ -113,8 +114,10 @@ struct rotation {
         m[2][2] = 1.0 - 2.0 * (x * x + y * y);
     }
 
-    vector3d apply(const vector3d& p) const {
-        const double w = 0.0 * p.x + 0.0 * p.y + 0.0 * p.z + 1.0;
+    static double weight(const vector3d& p) { return 0.0 * p.x + 0.0 * p.y + 0.0 * p.z + 1.0; }
+
+    // `w`: weight(p).
+    vector3d apply(const vector3d& p, double w) const {
         double x = m[0][0] * p.x + m[0][1] * p.y + m[0][2] * p.z + 0.0;
         double y = m[1][0] * p.x + m[1][1] * p.y + m[1][2] * p.z + 0.0;
         double z = m[2][0] * p.x + m[2][1] * p.y + m[2][2] * p.z + 0.0;
@@ -218,6 +221,8 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
 
     for (std::uint32_t i = 0; i < num_faces; ++i) {
         const face& f = faces[i];
+        const double tangent_weight = rotation::weight(f.tangent);
+        const double bitangent_weight = rotation::weight(f.bitangent);
         for (std::uint32_t k = 0; k < 3; ++k) {
             static_cast<void>(m_texcoords[f.texcoord[k]]);  // corners must have coordinates
             const std::uint32_t j = 3 * i + k;
@@ -228,8 +233,8 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             if (std::fabs(phi) >= 0.1 && facet::detail::longer_than_a_tenth(sum)) {
                 const vector3d axis = cross(f.normal, sum);
                 const rotation r(phi, axis.x, axis.y, axis.z);
-                vector3d tangent = r.apply(f.tangent);
-                vector3d bitangent = r.apply(f.bitangent);
+                vector3d tangent = r.apply(f.tangent, tangent_weight);
+                vector3d bitangent = r.apply(f.bitangent, bitangent_weight);
                 facet::detail::normalize(tangent, bitangent);
                 tangents[j] = tangent;
                 bitangents[j] = bitangent;
