@@ -189,7 +189,8 @@ private:
 /// face set) that every later volume, for any light, reuses. The table is dropped whenever the
 /// face set may change: by every non-const vertices(), faces() and edges(), by swap, and by
 /// everything that recomputes the face normals or the half-edges (compute_normals,
-/// construct_halfedge_data, apply_transform and the mesh builders).
+/// construct_halfedge_data, apply_transform and the mesh builders). Each thread that builds
+/// volumes also keeps a scratch byte per half-edge of the largest face set it walked.
 class FACET_API indexedfaceset {
 public:
     /// Empty arrays; backface culling on, silhouette edges on, every other flag off, texture and
