@@ -54,7 +54,7 @@ FACET_API bool is_ear(const std::vector<vector2<double>>& contour, const std::ve
 /// (checked precondition).
 ///
 /// Thread-safe: each thread has its own working memory, which it keeps between calls (about
-/// 130 bytes per point of the largest outline it has triangulated), so that repeated calls
+/// 120 bytes per point of the largest outline it has triangulated), so that repeated calls
 /// neither allocate nor touch fresh pages. `result` grows at most once per call.
 FACET_API void triangulate(const std::vector<vector2<double>>& contour,
                            std::vector<unsigned>& result);
