@@ -59,19 +59,23 @@ bool tolerant_counts(double x, double y) {
 bool tolerant_edge(const quick_test& quick, const vector3d& light, const vector3d& pa,
                    const vector3d& pb, const vector3d& na, const vector3d& nb) {
     const vector3d v = (pa + pb) / 2.0 - light;
+    // Two faces of equal normals (a flat region, such as a cap) give the same dot product, up to
+    // the sign of a zero, which the rule does not tell apart.
+    const bool flat = na == nb;
     if (quick.on) {
         const double len2 = v.x * v.x + v.y * v.y + v.z * v.z;
         if (len2 > 1e-22 && len2 < 1e200) {
             const double outside = quick.outside * len2;
             const double inside = quick.inside * len2;
             const side x = quick.classify(dot(na, v), outside, inside);
-            const side y = quick.classify(dot(nb, v), outside, inside);
+            const side y = flat ? x : quick.classify(dot(nb, v), outside, inside);
             // Not taken only when both lie beyond the same bound.
             if (x != side::unsure && y != side::unsure) return x == side::within || x != y;
         }
     }
     const vector3d d = unit(v);
-    return tolerant_counts(dot(na, d), dot(nb, d));
+    const double x = dot(na, d);
+    return tolerant_counts(x, flat ? x : dot(nb, d));
 }
 
 // The oriented rule on one edge: 1 when side a is lit or edge-on and side b turned away, 2 for
