@@ -1,6 +1,7 @@
 // indexedfaceset: outline marks, independent of the view (sharp edges) and for a view
 // (creases and silhouettes).
 #include <cmath>
+#include <functional>
 #include <vector>
 
 #include "facet/camera.h"
@@ -32,6 +33,34 @@ void mark_pair(halfedge& e, bool drawn) {
 
 void indexedfaceset::determine_sharp_edges(double angle) {
     const double threshold = std::cos(angle * geometry::pi / 180.0);
+    // Walking the half-edges in order, each one with a twin marks itself and its twin, so a
+    // half-edge ends with the mark of the last walk step that touched it. When the twins pair
+    // the half-edges two by two (each one's twin has it as its twin, or it is its own twin),
+    // both steps of a pair give both the same mark (the dot product commutes bit for bit), so
+    // each pair is marked once, at its first half-edge. That pairing is checked on the way: a
+    // later twin must point back, and the half-edges whose twin comes earlier must be exactly
+    // the second halves of the pairs seen; otherwise the walk is done step by step.
+    halfedge* const edges = m_edges.data();
+    const std::uint32_t num_edges = m_edges.size();
+    std::uint32_t pairs = 0;
+    std::uint32_t seconds = 0;
+    bool paired = true;
+    for (std::uint32_t i = 0; i < num_edges && paired; ++i) {
+        halfedge& e = edges[i];
+        halfedge* const twin = e.m_twinedge;
+        if (twin == nullptr) {
+            e.set_drawn(true);
+        } else if (std::less<const halfedge*>()(&e, twin)) {
+            paired = twin->m_twinedge == &e;
+            mark_pair(e, dot(e.face->normal, twin->face->normal) <= threshold);
+            ++pairs;
+        } else if (twin == &e) {
+            e.set_drawn(dot(e.face->normal, e.face->normal) <= threshold);
+        } else {
+            ++seconds;
+        }
+    }
+    if (paired && pairs == seconds) return;
     for (halfedge& e : m_edges) {
         if (e.m_twinedge == nullptr) {
             e.set_drawn(true);
