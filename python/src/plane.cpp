@@ -1,4 +1,5 @@
 // Plane geometry on arrays: triangulation, point-in-polygon, offsetting, signed area.
+#include <cstring>
 #include <limits>
 
 #include "common.h"
@@ -19,9 +20,14 @@ std::vector<geometry::vector<double, 2>> to_polygon(const py::handle& a, const c
 }
 
 py::array_t<std::uint32_t> triangulate_array(const py::handle& points) {
-    std::vector<vector2<double>> contour = to_points2(points, "points");
-    if (contour.size() > std::numeric_limits<std::uint32_t>::max() - 1u)
+    // The rows of the C-contiguous (n, 2) array are copied in one block.
+    static_assert(sizeof(vector2<double>) == 2 * sizeof(double));
+    const auto arr = points_array(points, 2, "points");
+    if (static_cast<std::size_t>(arr.shape(0)) > std::numeric_limits<std::uint32_t>::max() - 1u)
         value_error("points: at most 2^32 - 2 points");
+    std::vector<vector2<double>> contour(static_cast<std::size_t>(arr.shape(0)));
+    if (!contour.empty())
+        std::memcpy(contour.data(), arr.data(), contour.size() * sizeof(vector2<double>));
     std::vector<unsigned> result;
     {
         py::gil_scoped_release unlocked;
