@@ -12,10 +12,10 @@ namespace facet::detail {
 namespace {
 
 // The box projections of gen_texcoords_box for a texture scale (su, sv), indexed by the
-// dominant axis of the face normal: plain, and a quarter turn for texture_rotated.
+// dominant axis of the face normal. The volume's mesh is never texture_rotated, so the turned
+// projections are not needed.
 struct box_projection {
     matrix2x3 plain[3];
-    matrix2x3 rotated[3];
 
     box_projection(double su, double sv) {
         enum { x = 0, y = 1, z = 2 };
@@ -25,12 +25,6 @@ struct box_projection {
         plain[1](1, z) = sv;
         plain[2](0, x) = su;
         plain[2](1, y) = sv;
-        rotated[0](0, y) = -su;
-        rotated[0](1, z) = sv;
-        rotated[1](0, z) = su;
-        rotated[1](1, x) = sv;
-        rotated[2](0, y) = -su;
-        rotated[2](1, x) = sv;
     }
 };
 
@@ -118,7 +112,7 @@ void write_oriented_volume(const indexedfaceset& source,
                 fe[c].prev = &fe[(c + 2) % 3];
             }
             // gen_texcoords_box and compute_tangent_space.
-            mesh.gen_texcoords_for_face(projection.plain, projection.rotated, i);
+            mesh.gen_texcoords_for_face(projection.plain, projection.plain, i);
             vector2d uv[3];
             for (std::uint32_t c = 0; c < 3; ++c) {
                 const texcoord& t = texcoords[3 * i + c];

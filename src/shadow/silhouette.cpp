@@ -121,10 +121,6 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
     const vector3d* const positions = source.vertices().data();
     const vector3d* const normals = table.normals.data();
     // The edge table checked the positions of every edge that the tolerant rule reads.
-    const auto position = [&](const edge_record& r, std::uint32_t v) -> const vector3d& {
-        const bool checked = r.a != r.b && (r.second != edge_record::none || r.a < r.b);
-        return checked ? positions[v] : source.get_vertex(v);
-    };
 
     if (rule == silhouette_rule::tolerant) {
         // Each edge is taken from `first`, so the records come in the order of the output.
@@ -141,12 +137,18 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
     const std::uint32_t n = source.num_edges();
     std::vector<std::uint8_t>& taken = marks(n);
     for (const edge_record& r : table.records) {
+        // The positions the edge table did not check are read checked (and always, as they
+        // would be by the rule).
+        if (!(r.a != r.b && (r.second != edge_record::none || r.a < r.b))) {
+            (void)source.get_vertex(r.a);
+            (void)source.get_vertex(r.b);
+        }
         const vector3d& na = normals[r.normal_a];
         const vector3d& nb = normals[r.normal_b];
         // Two faces of equal normals (a flat region) give the same dot product, up to the sign
         // of a zero, which no oriented silhouette edge has.
         if (na == nb) continue;
-        const int which = oriented_edge(quick, light, position(r, r.a), position(r, r.b), na, nb);
+        const int which = oriented_edge(quick, light, positions[r.a], positions[r.b], na, nb);
         if (which == 1) taken[r.first] = 1;
         if (which == 2 && r.second != edge_record::none) taken[r.second] = 1;
     }

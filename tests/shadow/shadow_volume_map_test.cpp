@@ -6,7 +6,6 @@
 #include <functional>
 #include <memory>
 #include <random>
-#include <vector>
 
 #include "facet/objects.h"
 #include "facet/shadow_volume.h"
@@ -53,8 +52,7 @@ TEST(ShadowVolumeMap, AddReplaceLookUpAndSweepUnused) {
     // a1 moved to light 0 and filed again replaces a0_new and fills both slots; deleted once.
     a1->set_light(vector3d(1.0, 2.0, 3.0), 0.0, 0, true), m.map.add_shadow_volume(a1);
     EXPECT_EQ(m.map.find_record(m[0])->volumes, (volumes{a1, a1}));
-    // Records added this frame are kept; a lookup of an unknown light marks its record; records
-    // not asked for go with all their volumes.
+    // New records stay; a lookup of an unknown light marks; records not asked for go.
     m.map.remove_unused_volumes();
     m.frame({0}, 9);
     EXPECT_EQ(m.map.find_record(m[1]), nullptr);
@@ -114,9 +112,8 @@ TEST(ShadowVolumeMap, AnAddRefillsASlotTheSweepDeleted) {
 }  // the maps delete `fresh` and `other`, and not m[2]'s deleted first volume
 
 TEST(ShadowVolumeMap, ManyMastersFiledOverFramesAreSweptInKeyOrder) {
-    // 300 masters at scattered addresses (so that some share a slot of the map's index), filed
-    // in a scrambled order over two frames, each found again in the next; all but one asked
-    // for: the sweep erases it and deletes the first (only) volume of each record after it.
+    // 300 masters at scattered addresses (some share a slot of the index), filed scrambled over
+    // two frames; all but one asked for: it goes, with the only volume of each record after it.
     const std::size_t count = 300, unused = 200;
     std::vector<std::unique_ptr<basic_object>> storage;
     std::vector<std::vector<char>> gaps;

@@ -6,8 +6,6 @@
 #include <functional>
 #include <random>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "facet/primitives.h"
 #include "facet/shadow_volume.h"
@@ -15,7 +13,6 @@
 
 namespace {
 
-// Vertices and faces.
 using mesh_data = std::pair<std::vector<vector3d>, std::vector<face>>;
 
 void fill(indexedfaceset& fs, const mesh_data& m) {
@@ -98,11 +95,8 @@ struct volume_check {
     indexedfaceset out, expected;
     shadow_volume volume{&object, {}, std::nan(""), 0};
     explicit volume_check(primitives::basic_object& o) : object(o) {
-        for (indexedfaceset* fs : {&out, &expected}) {
-            fill(*fs, cube({0}));
-            fs->lines().resize(2);
-            fs->set_texture_id(9);
-        }
+        for (indexedfaceset* fs : {&out, &expected})
+            fill(*fs, cube({0})), fs->lines().resize(2), fs->set_texture_id(9);
     }
     void expect(const vector3d& light) {  // in world coordinates
         SCOPED_TRACE(testing::Message() << "light " << light.x << " " << light.y << " " << light.z);
@@ -121,13 +115,12 @@ struct volume_check {
 }  // namespace
 
 TEST(ShadowVolume, BothBuildersMatchTheReference) {
-    // A zero-area face (normal zero, so counted as lit) next to a face, among others.
-    const mesh_data sliver{{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0.5, 0, 1}},
-                           {face(0, 1, 2), face(1, 0, 3)}};
-    mesh_object meshes[] = {mesh_object(cube()),      mesh_object(cube({0, 1, 2, 3, 5})),
-                            mesh_object(cube({4})),   mesh_object(tangle(7)),
-                            mesh_object(tangle(8)),   mesh_object(sliver),
-                            mesh_object(cube(), true)};
+    // Closed, open, tangled, rewired; a zero-area face (normal zero: lit) next to a face.
+    const mesh_data sliver{{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0.5, 0, 1}}, {{0, 1, 2}, {1, 0, 3}}};
+    mesh_object meshes[] = {mesh_object(cube()),    mesh_object(cube({0, 1, 2, 3, 5})),
+                            mesh_object(cube({4})), mesh_object(tangle(7)),
+                            mesh_object(tangle(8)), mesh_object(cube(), true),
+                            mesh_object(sliver)};
     primitives::cylinder cylinder(2.0, 1.0, 12);
     primitives::cone cone(1.5, 0.7);
     // A placed box: seen from it, the light lies elsewhere than in the world.
@@ -137,27 +130,27 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
     std::vector<primitives::basic_object*> objects = {&cylinder, &cone, &placed};
     for (mesh_object& o : meshes) objects.push_back(&o);
     // Edge-on to the cube's +z side, within a degree of it, just behind it; a corner; outside;
-    // then from the midpoint (0.5, 0, 1) of an edge at one degree (both ways) and 1.5 degrees.
+    // then seen from the midpoint (0.5, 0, 1) of an edge at one degree from its +z face (either
+    // side) with its −y face clearly on the same side, and at 1.5 degrees.
     std::vector<vector3d> lights = {
         {2.0, 0.5, 1.0},  {2.0, 0.5, 1.0 + 1e-4}, {2.0, 0.5, 1.0 - 1e-9}, {2.0, 0.5, 1.5},
         {1, 1, 1},        {2.5, 3.5, 4.5},        {0.5, 0.5, 0.5},        {0.0, 3.0, 0.0},
         {-3.0, 0.2, 0.1}, {0.5, -2.0, 0.5},       {0.5, -5.0, 0.5},       {9.0, 6.0, 3.0}};
-    const double e = 0.017453292519943295, c = std::sqrt(1.0 - e * e);
+    const double e = 0.017453292519943295;
     for (double t : {1.5, 2.0, 3.0, 7.0})
         for (double z : {e, -e, 1.5 * e})
-            lights.push_back(vector3d(0.5, 0.0, 1.0) - t * vector3d(c, 0.0, z));
-    std::mt19937 rng(7);
-    std::uniform_real_distribution<double> coord(-2.0, 2.0);
-    for (int i = 0; i < 20; ++i) lights.emplace_back(coord(rng), coord(rng), coord(rng));
+            lights.push_back(vector3d(0.5, 0.0, 1.0) -
+                             t * vector3d(std::sqrt(0.75 - z * z), z > 0 ? -0.5 : 0.5, z));
+    for (unsigned seed : {9, 10})
+        for (const vector3d& p : tangle(seed).first) lights.push_back(p);
     for (std::size_t k = 0; k < objects.size(); ++k) {
         SCOPED_TRACE(testing::Message() << "object " << k);
         volume_check check(*objects[k]);
         for (const vector3d& light : lights) check.expect(light);
         for (const vector3d& light : objects[k]->get_mesh().vertices()) check.expect(light);
     }
-    indexedfaceset bare;  // without half-edges the output is left untouched
-    volume_check untouched(cylinder);
-    bare.build_shadow_volume(vector3d(0.0, 0.0, 5.0), untouched.out);
+    volume_check untouched(cylinder);  // by a face set without half-edges
+    indexedfaceset().build_shadow_volume(vector3d(0.0, 0.0, 5.0), untouched.out);
     EXPECT_EQ(dump(untouched.out), dump(untouched.expected));
 }
 
@@ -172,6 +165,8 @@ TEST(ShadowVolume, EditsOfTheFaceSetReachTheNextVolume) {
     for (const auto& edit : edits) {
         mesh_object first(cube()), second(cube({0, 1, 2, 3, 5}));
         volume_check checks[] = {volume_check(first), volume_check(second)};
+        // A half-edge of `second` on a face of `first`, which may change unseen by `second`.
+        second.get_mesh().edges()[24].face = &first.get_mesh().faces()[8];
         for (volume_check& c : checks) c.expect(vector3d(0.5, 3.0, 0.5));
         edit(first.get_mesh(), second.get_mesh());
         for (volume_check& c : checks) c.expect(vector3d(0.6, 3.0, 0.5));
@@ -189,16 +184,25 @@ TEST(ShadowVolume, SetLightRebuildsOnlyOnAChangedLightOrValue) {
     for (std::uint32_t i = 0; i < 8; ++i) {
         const indexedfaceset* before = &v.get_mesh();
         v.set_light(lights[i], values[i], i, i % 2 == 0);
-        EXPECT_EQ(&v.get_mesh() != before, i != 0 && i != 2) << i;
-        EXPECT_TRUE(v.get_light() == lights[i] && v.get_light_index() == i &&
-                    v.active() == (i % 2 == 0) && (v.get_light_value() == values[i]) != (i > 5))
+        EXPECT_TRUE((&v.get_mesh() != before) == (i != 0 && i != 2) && v.get_light() == lights[i] &&
+                    v.get_light_index() == i && v.active() == (i % 2 == 0) &&
+                    (v.get_light_value() == values[i]) != (i > 5))
             << i;
     }
 }
 
-TEST(ShadowVolumeDeathTest, OutputMustDifferAndAMasterIsNeeded) {
+TEST(ShadowVolumeDeathTest, BadInput) {
     indexedfaceset src;
     EXPECT_DEATH(src.build_shadow_volume(vector3d(3.0, 3.0, 3.0), src), "&out != this");
     shadow_volume v(nullptr, vector3d(), 0.0, 0);
     EXPECT_DEATH(v.rebuild_mesh(), "m_master != 0");
+    // A vertex that does not exist, read by both rules on a paired edge; on a half-edge whose
+    // twin is open (20), only by the oriented rule when it starts at the larger index.
+    mesh_object paired(cube()), lone(cube(), true);
+    paired.get_mesh().edges()[0].vertex = 99;
+    lone.get_mesh().edges()[20].vertex = 99;
+    EXPECT_DEATH(paired.get_mesh().build_shadow_volume(vector3d(3, 3, 3), src), "index < m_size");
+    lone.get_mesh().build_shadow_volume(vector3d(3.0, 3.0, 3.0), src);
+    shadow_volume of_lone(&lone, vector3d(3.0, 3.0, 3.0), 0.0, 0);
+    EXPECT_DEATH(of_lone.rebuild_mesh(), "index < m_size");
 }
