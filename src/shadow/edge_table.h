@@ -42,8 +42,8 @@ struct edge_table {
     /// may change without the face set knowing, so the table is not kept.
     bool cacheable = true;
 
-    /// Builds the table of `fs`. Every start vertex of a record with a != b is read checked
-    /// (a bad index fails "index < m_size" here, before anything is written).
+    /// Builds the table of `fs`. The vertices that build_shadow_volume reads (a pair's, a lone
+    /// a < b's) are read checked: a bad index fails "index < m_size" here, before any output.
     explicit edge_table(const indexedfaceset& fs);
 
     /// The table of `fs`: the one it keeps, or a new one that it keeps from now on (until the
