@@ -7,33 +7,10 @@
 #include "facet/ifs.h"
 #include "facet/math3d.h"
 #include "facet/objects.h"
+#include "ifs/box_projection.h"
 #include "ifs/mesh_buffers.h"
 
 namespace {
-
-// The projections of one style, indexed by the dominant axis of a face normal (0 = x, 1 = y,
-// 2 = z): plain, and turned by a quarter turn for texture_rotated.
-struct box_projection {
-    matrix2x3 plain[3];
-    matrix2x3 rotated[3];
-
-    box_projection(double su, double sv) {
-        enum { x = 0, y = 1, z = 2 };
-        plain[0](0, z) = su;
-        plain[0](1, y) = sv;
-        plain[1](0, x) = su;
-        plain[1](1, z) = sv;
-        plain[2](0, x) = su;
-        plain[2](1, y) = sv;
-
-        rotated[0](0, y) = -su;
-        rotated[0](1, z) = sv;
-        rotated[1](0, z) = su;
-        rotated[1](1, x) = sv;
-        rotated[2](0, y) = -su;
-        rotated[2](1, x) = sv;
-    }
-};
 
 unsigned dominant_axis(const vector3d& n) {
     const double ax = std::fabs(n.x);
@@ -105,7 +82,7 @@ void indexedfaceset::gen_box_texcoords() {
 
     // Every face writes only its own three coordinates, so one pass over the faces with the
     // projection of each face's style gives what a pass per style would.
-    std::vector<box_projection> projections;
+    std::vector<facet::detail::box_projection> projections;
     projections.reserve(num_styles());
     for (const graphics::style& s : m_styles)
         projections.emplace_back(s.texture.texture_scale.x, s.texture.texture_scale.y);

@@ -6,27 +6,11 @@
 #include "shadow/oriented_volume.h"
 
 #include "facet/math3d.h"
+#include "ifs/box_projection.h"
 #include "shadow/extrusion.h"
 
 namespace facet::detail {
 namespace {
-
-// The box projections of gen_texcoords_box for a texture scale (su, sv), indexed by the
-// dominant axis of the face normal. The volume's mesh is never texture_rotated, so the turned
-// projections are not needed.
-struct box_projection {
-    matrix2x3 plain[3];
-
-    box_projection(double su, double sv) {
-        enum { x = 0, y = 1, z = 2 };
-        plain[0](0, z) = su;
-        plain[0](1, y) = sv;
-        plain[1](0, x) = su;
-        plain[1](1, z) = sv;
-        plain[2](0, x) = su;
-        plain[2](1, y) = sv;
-    }
-};
 
 // Whether the quad A, B, B', A' of a silhouette edge is wound A → B → B' (else A → B' → B): by
 // the side of the lit face it lies on and the bend of the edge.
