@@ -9,6 +9,7 @@
 // (or of extreme magnitudes) takes the exact formula, so the result is the same bit for bit.
 #include "shadow/silhouette.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "shadow/extrusion.h"
@@ -103,7 +104,7 @@ int oriented_edge(const quick_test& quick, const vector3d& light, const vector3d
 std::vector<std::uint8_t>& marks(std::uint32_t n) {
     thread_local std::vector<std::uint8_t> scratch;
     if (scratch.size() < n) scratch.resize(n);
-    std::memset(scratch.data(), 0, n);
+    std::fill_n(scratch.begin(), n, std::uint8_t{0});  // no memset: data() may be null
     return scratch;
 }
 
