@@ -1,4 +1,5 @@
 // indexedfaceset: smooth corner normals with tangent frames turned along.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -6,6 +7,7 @@
 
 #include "facet/ifs.h"
 #include "facet/math3d.h"
+#include "ifs/frame_turns.h"
 #include "ifs/incoming_edges.h"
 #include "ifs/mesh_buffers.h"
 #include "ifs/unit_vectors.h"
@@ -88,54 +90,13 @@ private:
     std::vector<std::uint32_t> m_slots;
 };
 
-// transform_vector(r, p) for the rotation matrix r of make_rotation_matrix(r, angle, axis),
-// with the same arithmetic in the same order, written out: r's last row is (0, 0, 0, 1) and its
-// last column (0, 0, 0, 1), so the projective weight is 1 for a finite p and dividing by it
-// changes no bit; it is divided only when it is not 1. The weight depends on p alone: it is
-// computed once per face frame vector rather than once per corner.
-struct rotation {
-    double m[3][3];
-
-    rotation(double angle, double ax, double ay, double az) {
-        const double a = geometry::deg_to_rad(angle * 0.5);
-        const double k = std::sin(a) / std::sqrt(ax * ax + ay * ay + az * az);
-        const double w = std::cos(a);
-        const double x = k * ax;
-        const double y = k * ay;
-        const double z = k * az;
-        m[0][0] = 1.0 - 2.0 * (y * y + z * z);
-        m[0][1] = 2.0 * (x * y - w * z);
-        m[0][2] = 2.0 * (x * z + w * y);
-        m[1][0] = 2.0 * (x * y + w * z);
-        m[1][1] = 1.0 - 2.0 * (x * x + z * z);
-        m[1][2] = 2.0 * (y * z - w * x);
-        m[2][0] = 2.0 * (x * z - w * y);
-        m[2][1] = 2.0 * (y * z + w * x);
-        m[2][2] = 1.0 - 2.0 * (x * x + y * y);
-    }
-
-    static double weight(const vector3d& p) { return 0.0 * p.x + 0.0 * p.y + 0.0 * p.z + 1.0; }
-
-    // `w`: weight(p).
-    vector3d apply(const vector3d& p, double w) const {
-        double x = m[0][0] * p.x + m[0][1] * p.y + m[0][2] * p.z + 0.0;
-        double y = m[1][0] * p.x + m[1][1] * p.y + m[1][2] * p.z + 0.0;
-        double z = m[2][0] * p.x + m[2][1] * p.y + m[2][2] * p.z + 0.0;
-        if (!(w == 1.0)) {
-            x /= w;
-            y /= w;
-            z /= w;
-        }
-        return vector3d(x, y, z);
-    }
-};
-
 }  // namespace
 
 void indexedfaceset::smooth_mesh(double angle) { smooth_corners(angle, false); }
 
 void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
     const double threshold = std::cos(angle * geometry::pi / 180.0);
+    const vector3d minus_zero(-0.0, -0.0, -0.0);
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_vertices = this->num_vertices();
     const facet::detail::incoming_edges incoming(m_faces, num_vertices);
@@ -207,9 +168,13 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             const std::uint32_t k = (e % 3 + 1) % 3;
             const vector3d& own = packed[i];
 
+            // A normal left out adds −0, which changes no sum (−0 + −0 is −0): no branch to
+            // mispredict where the own normal sits in the list.
             vector3d sum = own;
-            for (const vector3d* m = around.begin(); m != around.end(); ++m)
-                if (!(*m == own) && dot(*m, own) > threshold) sum += *m;
+            for (const vector3d* m = around.begin(); m != around.end(); ++m) {
+                const bool take = (dot(*m, own) > threshold) & !(*m == own);
+                sum += take ? *m : minus_zero;
+            }
             facet::detail::normalize(sum);
             double c = dot(sum, own);
             if (c > 1.0) c = 1.0;
@@ -219,28 +184,57 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
         }
     }
 
-    for (std::uint32_t i = 0; i < num_faces; ++i) {
-        const face& f = faces[i];
-        const double tangent_weight = rotation::weight(f.tangent);
-        const double bitangent_weight = rotation::weight(f.bitangent);
-        for (std::uint32_t k = 0; k < 3; ++k) {
-            static_cast<void>(m_texcoords[f.texcoord[k]]);  // corners must have coordinates
-            const std::uint32_t j = 3 * i + k;
-            const vector3d& sum = normals[j];
-            // A cosine at or above cos(0.0993 degrees) turns by less than 0.1 degree.
-            const double phi =
-                cosine[j] >= 0.9999985 ? 0.0 : std::acos(cosine[j]) * 180.0 / geometry::pi;
-            if (std::fabs(phi) >= 0.1 && facet::detail::longer_than_a_tenth(sum)) {
-                const vector3d axis = cross(f.normal, sum);
-                const rotation r(phi, axis.x, axis.y, axis.z);
-                vector3d tangent = r.apply(f.tangent, tangent_weight);
-                vector3d bitangent = r.apply(f.bitangent, bitangent_weight);
-                facet::detail::normalize(tangent, bitangent);
-                tangents[j] = tangent;
-                bitangents[j] = bitangent;
-            } else {
+    // The second pass goes block by block, in steps: the arc cosines of a block's corners, then
+    // the sines and cosines of the half angles of those that turn, then the rotations, so that
+    // the long chains of neighbouring corners (calls, divisions, square roots) lie side by side
+    // in the instruction stream instead of each waiting for the one before.
+    constexpr std::uint32_t block_faces = 64;
+    std::uint32_t turning[3 * block_faces];
+    double turn[3 * block_faces];  // degrees
+    double half_sin[3 * block_faces];
+    double half_cos[3 * block_faces];
+    for (std::uint32_t i0 = 0; i0 < num_faces; i0 += block_faces) {
+        const std::uint32_t i1 = std::min(num_faces, i0 + block_faces);
+        const std::uint32_t j0 = 3 * i0;
+        std::uint32_t turns = 0;
+        for (std::uint32_t i = i0; i < i1; ++i) {
+            const face& f = faces[i];
+            for (std::uint32_t k = 0; k < 3; ++k) {
+                static_cast<void>(m_texcoords[f.texcoord[k]]);  // corners must have coordinates
+                const std::uint32_t j = 3 * i + k;
                 tangents[j] = f.tangent;
                 bitangents[j] = f.bitangent;
+                // A cosine at or above cos(0.0993 degrees) turns by less than 0.1 degree.
+                const double phi =
+                    cosine[j] >= 0.9999985 ? 0.0 : std::acos(cosine[j]) * 180.0 / geometry::pi;
+                turn[j - j0] = phi;
+                turning[turns] = j - j0;
+                turns += std::fabs(phi) >= 0.1 && facet::detail::longer_than_a_tenth(normals[j]);
+            }
+        }
+        for (std::uint32_t t = 0; t < turns; ++t) {
+            const std::uint32_t c = turning[t];
+            const double a = geometry::deg_to_rad(turn[c] * 0.5);
+            half_sin[c] = std::sin(a);
+            half_cos[c] = std::cos(a);
+        }
+        // Two corners at a time; an odd one out goes in both lanes.
+        for (std::uint32_t t = 0; t < turns; t += 2) {
+            const std::uint32_t c[2] = {turning[t], turning[std::min(t + 1, turns - 1)]};
+            const face& fa = faces[(j0 + c[0]) / 3];
+            const face& fb = faces[(j0 + c[1]) / 3];
+            const facet::detail::frame_turns r(
+                facet::detail::vector_pair(fa.normal, fb.normal),
+                facet::detail::vector_pair(normals[j0 + c[0]], normals[j0 + c[1]]),
+                facet::detail::double_pair{half_sin[c[0]], half_sin[c[1]]},
+                facet::detail::double_pair{half_cos[c[0]], half_cos[c[1]]});
+            vector3d tangent[2];
+            vector3d bitangent[2];
+            r.turn(facet::detail::vector_pair(fa.tangent, fb.tangent),
+                   facet::detail::vector_pair(fa.bitangent, fb.bitangent), tangent, bitangent);
+            for (int i = 0; i < 2; ++i) {
+                tangents[j0 + c[i]] = tangent[i];
+                bitangents[j0 + c[i]] = bitangent[i];
             }
         }
     }
