@@ -8,15 +8,18 @@ namespace obj_import::detail {
 
 static_assert(block_size > 2 * max_line_length, "a block must hold an unfinished line and more");
 
-line_source::line_source(std::istream& in) : m_in(in), m_block(block_size) {}
+line_source::line_source(std::istream& in) : m_in(in), m_block(block_size + 1, '\n') {}
 
 bool line_source::refill() {
-    if (m_at_end) return false;
-    const std::size_t room = m_block.size() - m_end;
-    m_in.read(m_block.data() + m_end, static_cast<std::streamsize>(room));
-    const auto got = static_cast<std::size_t>(m_in.gcount());
-    m_end += got;
-    if (got < room) m_at_end = true;
+    std::size_t got = 0;
+    if (!m_at_end) {
+        const std::size_t room = block_size - m_end;
+        m_in.read(m_block.data() + m_end, static_cast<std::streamsize>(room));
+        got = static_cast<std::size_t>(m_in.gcount());
+        m_end += got;
+        if (got < room) m_at_end = true;
+    }
+    m_block[m_end] = '\n';
     return got > 0;
 }
 
@@ -31,6 +34,17 @@ void line_source::skip_rest_of_line() {
         m_begin = m_end = 0;
         if (!refill()) return;
     }
+}
+
+bool line_source::fill() {
+    const std::size_t pending = m_end - m_begin;
+    if (pending <= max_line_length && !m_at_end) {
+        std::memmove(m_block.data(), m_block.data() + m_begin, pending);
+        m_begin = 0;
+        m_end = pending;
+        refill();
+    }
+    return m_begin != m_end;
 }
 
 bool line_source::next(const char*& first, const char*& last) {

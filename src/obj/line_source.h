@@ -5,6 +5,11 @@
 // the unfinished tail of a block (shorter than one line) is moved to the front before the next
 // block is read, so every byte is moved at most once. Each line is cut to its first
 // max_line_length characters; the rest of it up to '\n' is consumed without being kept.
+//
+// The unread part of the block (the window) is always followed by a '\n' of its own, so that a
+// reader may scan the window for the end of a line without checking bounds: fill() makes sure
+// that the window holds the next line whole or more than max_line_length bytes of it, and
+// consume_line() takes a line that the reader found there.
 #pragma once
 
 #include <cstddef>
@@ -29,18 +34,32 @@ public:
     /// the stream (a last line without '\n' is still returned).
     bool next(const char*& first, const char*& last);
 
+    /// Makes sure that the window holds the next line up to its '\n', or more than
+    /// max_line_length bytes of it, or the rest of the stream. Returns false when nothing is
+    /// left to read.
+    bool fill();
+    /// The first byte of the next line. The window from here to the end of the block is followed
+    /// by a '\n' that is not part of the stream, so a scan for '\n' stops at the latest there.
+    const char* cursor() const { return m_block.data() + m_begin; }
+    /// Consumes the next line, which ends at `newline`: its '\n' in the window, or the one
+    /// behind the window where the stream ends without one.
+    void consume_line(const char* newline) {
+        const auto stop = static_cast<std::size_t>(newline - m_block.data());
+        m_begin = stop < m_end ? stop + 1 : m_end;
+    }
+
 private:
-    /// Reads the next block behind the kept bytes; returns false when the stream delivered
-    /// nothing.
+    /// Reads the next block behind the kept bytes and puts the '\n' behind them; returns false
+    /// when the stream delivered nothing.
     bool refill();
     /// Consumes input up to and including the next '\n' (or to the end of the stream).
     void skip_rest_of_line();
 
     std::istream& m_in;
-    std::vector<char> m_block;
-    std::size_t m_begin = 0;  // first unread byte in m_block
-    std::size_t m_end = 0;    // one past the last valid byte in m_block
-    bool m_at_end = false;    // the stream has delivered everything
+    std::vector<char> m_block;  // block_size bytes and the '\n' behind the window
+    std::size_t m_begin = 0;    // first unread byte in m_block
+    std::size_t m_end = 0;      // one past the last valid byte in m_block
+    bool m_at_end = false;      // the stream has delivered everything
     char m_long_line[max_line_length];
 };
 

@@ -15,20 +15,29 @@
 
 namespace obj_import::detail {
 
-/// True for the bytes that separate tokens: space, tab, carriage return and line feed.
-inline bool is_delimiter(char c) {
+/// The byte classes of the reader: bytes inside tokens, the blanks between them (space, tab,
+/// carriage return) and the line feed that ends a line.
+enum class byte_class : unsigned char { token, blank, newline };
+
+inline byte_class class_of(char c) {
     struct table {
-        bool delimiter[256] = {};
+        byte_class of[256] = {};
         constexpr table() {
-            delimiter[static_cast<unsigned char>(' ')] = true;
-            delimiter[static_cast<unsigned char>('\t')] = true;
-            delimiter[static_cast<unsigned char>('\r')] = true;
-            delimiter[static_cast<unsigned char>('\n')] = true;
+            of[static_cast<unsigned char>(' ')] = byte_class::blank;
+            of[static_cast<unsigned char>('\t')] = byte_class::blank;
+            of[static_cast<unsigned char>('\r')] = byte_class::blank;
+            of[static_cast<unsigned char>('\n')] = byte_class::newline;
         }
     };
     static constexpr table classes;
-    return classes.delimiter[static_cast<unsigned char>(c)];
+    return classes.of[static_cast<unsigned char>(c)];
 }
+
+/// True for the bytes that separate tokens: space, tab, carriage return and line feed.
+inline bool is_delimiter(char c) { return class_of(c) != byte_class::token; }
+
+/// True for the delimiters other than the line feed.
+inline bool is_blank(char c) { return class_of(c) == byte_class::blank; }
 
 inline bool is_digit(char c) { return static_cast<unsigned>(c - '0') < 10u; }
 
@@ -99,6 +108,47 @@ struct exact_decimal<double> {
     }
 };
 
+/// The value of the short form: `mantissa` / 10^`fraction`, negated if `negative`, when both
+/// operands are exact in T once trailing zeros of the fraction are dropped; false otherwise.
+template <class T>
+bool exact_short_decimal(std::uint64_t mantissa, int fraction, bool negative, T& value) {
+    using exact = exact_decimal<T>;
+    while (mantissa > exact::max_mantissa && fraction > 0 && mantissa % 10 == 0) {
+        mantissa /= 10;
+        --fraction;
+    }
+    if (mantissa > exact::max_mantissa || fraction > exact::max_fraction) return false;
+    const T magnitude = static_cast<T>(mantissa) / exact::power(fraction);
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+
+/// The short form ([+][-]digits[.digits], 1 to 19 digits in all) at `pos` in text that a line
+/// feed ends, read without bounds checks: true, `value` and `pos` moved behind it when the token
+/// is exactly that form and exact_short_decimal computes it. Otherwise false and `pos` is left
+/// alone; parse_number then gives the value. Where both succeed they give the same value.
+template <class T>
+bool parse_short_number(const char*& pos, T& value) {
+    const char* p = pos;
+    if (*p == '+') ++p;
+    const bool negative = *p == '-';
+    if (negative) ++p;
+    std::uint64_t mantissa = 0;
+    const char* s = p;
+    for (; is_digit(*s); ++s) mantissa = mantissa * 10 + static_cast<unsigned>(*s - '0');
+    const char* const point = s;
+    int fraction = 0;
+    if (*s == '.') {
+        for (++s; is_digit(*s); ++s) mantissa = mantissa * 10 + static_cast<unsigned>(*s - '0');
+        fraction = static_cast<int>(s - point) - 1;
+    }
+    const long digit_count = (point - p) + fraction;
+    if (digit_count == 0 || digit_count > 19 || !is_delimiter(*s)) return false;
+    if (!exact_short_decimal(mantissa, fraction, negative, value)) return false;
+    pos = s;
+    return true;
+}
+
 /// The number token at `pos` (which lies on a token's first byte, inside the line ending at
 /// `last`) as T (float or double), and `pos` moved to the end of the token. A decimal number at
 /// the start of the token is read, whatever follows it in the token; the result is 0 when the
@@ -125,15 +175,10 @@ T parse_number(const char*& pos, const char* last) {
         }
     }
     if (digit_count > 0 && (s == last || is_delimiter(*s))) {
-        using exact = exact_decimal<T>;
-        while (mantissa > exact::max_mantissa && fraction > 0 && mantissa % 10 == 0) {
-            mantissa /= 10;
-            --fraction;
-        }
-        if (mantissa <= exact::max_mantissa && fraction <= exact::max_fraction) {
+        T value;
+        if (exact_short_decimal(mantissa, fraction, negative, value)) {
             pos = s;
-            const T value = static_cast<T>(mantissa) / exact::power(fraction);
-            return negative ? -value : value;
+            return value;
         }
     }
 

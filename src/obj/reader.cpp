@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "facet/obj_import.h"
+#include "obj/fast_lines.h"
 #include "obj/line_source.h"
 #include "obj/normalise.h"
 #include "obj/numbers.h"
@@ -86,7 +87,41 @@ public:
         }
     }
 
+    /// Reads the line at `line` in the line source's window when it has one of the common shapes
+    /// that fast_lines.h reads and is no longer than max_line_length; returns its '\n', or
+    /// nullptr (having read nothing) for read_line to take it.
+    const char* read_common_line(const char* line) {
+        const char* newline = nullptr;
+        if (line[0] == 'f' && detail::is_blank(line[1])) {
+            face f;
+            newline = detail::read_face_corners(line + 1, f);
+            if (newline == nullptr || newline - line > max_line) return nullptr;
+            f.material = m_current_material;
+            m_info.faces.push_back(f);
+        } else if (line[0] != 'v') {
+            return nullptr;
+        } else if (detail::is_blank(line[1])) {
+            float v[3];
+            newline = detail::read_number_line(line + 1, v);
+            if (newline == nullptr || newline - line > max_line) return nullptr;
+            m_info.vertices.emplace_back(v[0], v[1], v[2]);
+        } else if (line[1] == 't' && detail::is_blank(line[2])) {
+            double t[2];
+            newline = detail::read_number_line(line + 2, t);
+            if (newline == nullptr || newline - line > max_line) return nullptr;
+            m_info.texcoords.push_back(texcoord{t[0], t[1]});
+        } else if (line[1] == 'n' && detail::is_blank(line[2])) {
+            double n[3];
+            newline = detail::read_number_line(line + 2, n);
+            if (newline == nullptr || newline - line > max_line) return nullptr;
+            m_info.normals.emplace_back(n[0], n[1], n[2]);
+        }
+        return newline;
+    }
+
 private:
+    static constexpr std::ptrdiff_t max_line = detail::max_line_length;
+
     void read_face(const char* pos, const char* last) {
         face f;
         while (f.corner_count < 4) {
@@ -157,7 +192,14 @@ void parse_obj(std::istream& in, obj_info& info) {
         detail::line_source lines(in);
         const char* first = nullptr;
         const char* last = nullptr;
-        while (lines.next(first, last)) reader.read_line(first, last);
+        while (lines.fill()) {
+            const char* const newline = reader.read_common_line(lines.cursor());
+            if (newline != nullptr) {
+                lines.consume_line(newline);
+            } else if (lines.next(first, last)) {
+                reader.read_line(first, last);
+            }
+        }
     }
     if (result.normals.empty()) compute_face_normals(result);
     detail::normalise(result, 10000.0);
