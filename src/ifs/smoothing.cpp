@@ -90,13 +90,51 @@ private:
     std::vector<std::uint32_t> m_slots;
 };
 
+// The smoothed normals and their cosines to the face normals of two corners around one vertex,
+// one corner in each lane. A corner's normal is its face normal `own` plus every normal of
+// `around` that equals neither `own` nor (being distinct) one taken before and lies within the
+// threshold, in list order, normalised: a normal left out adds −0, which changes no sum (−0 +
+// −0 is −0), so neither lane branches on where its own normal sits in the list.
+void smooth_two(const distinct_normals& around, const vector3d& own_a, const vector3d& own_b,
+                double threshold, vector3d normal[2], double cosine[2]) {
+    using facet::detail::double_pair;
+    using mask = long long __attribute__((vector_size(16)));
+    const facet::detail::vector_pair own(own_a, own_b);
+    facet::detail::vector_pair sum = own;
+    const double_pair minus_zero = {-0.0, -0.0};
+    for (const vector3d* m = around.begin(); m != around.end(); ++m) {
+        const double_pair d = m->x * own.x + m->y * own.y + m->z * own.z;
+        const mask same = (m->x == own.x) & (m->y == own.y) & (m->z == own.z);
+        const mask take = (d > threshold) & ~same;
+        sum.x += take ? double_pair{m->x, m->x} : minus_zero;
+        sum.y += take ? double_pair{m->y, m->y} : minus_zero;
+        sum.z += take ? double_pair{m->z, m->z} : minus_zero;
+    }
+    const double_pair length =
+        facet::detail::square_roots(sum.x * sum.x + sum.y * sum.y + sum.z * sum.z);
+    if (length[0] > 1e-12 && length[1] > 1e-12) {
+        sum = facet::detail::vector_pair(sum.x / length, sum.y / length, sum.z / length);
+        for (int i = 0; i < 2; ++i) normal[i] = sum.lane(i);
+    } else {
+        for (int i = 0; i < 2; ++i) {
+            normal[i] = sum.lane(i);
+            facet::detail::normalize(normal[i]);
+        }
+    }
+    for (int i = 0; i < 2; ++i) {
+        double c = dot(normal[i], own.lane(i));
+        if (c > 1.0) c = 1.0;
+        if (c < -1.0) c = -1.0;
+        cosine[i] = c;
+    }
+}
+
 }  // namespace
 
 void indexedfaceset::smooth_mesh(double angle) { smooth_corners(angle, false); }
 
 void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
     const double threshold = std::cos(angle * geometry::pi / 180.0);
-    const vector3d minus_zero(-0.0, -0.0, -0.0);
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_vertices = this->num_vertices();
     const facet::detail::incoming_edges incoming(m_faces, num_vertices);
@@ -162,25 +200,19 @@ void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
             around.collect(
                 incoming,
                 [edges](std::uint32_t e) -> const vector3d& { return edges[e].face->normal; }, v);
-        for (std::uint32_t h = incoming.first(v); h != incoming.last(v); ++h) {
-            const std::uint32_t e = incoming.edge(h);
-            const std::uint32_t i = e / 3;
-            const std::uint32_t k = (e % 3 + 1) % 3;
-            const vector3d& own = packed[i];
-
-            // A normal left out adds −0, which changes no sum (−0 + −0 is −0): no branch to
-            // mispredict where the own normal sits in the list.
-            vector3d sum = own;
-            for (const vector3d* m = around.begin(); m != around.end(); ++m) {
-                const bool take = (dot(*m, own) > threshold) & !(*m == own);
-                sum += take ? *m : minus_zero;
+        // Two corners at a time; an odd one out goes in both lanes.
+        const std::uint32_t last = incoming.last(v);
+        for (std::uint32_t h = incoming.first(v); h < last; h += 2) {
+            const std::uint32_t e[2] = {incoming.edge(h), incoming.edge(std::min(h + 1, last - 1))};
+            vector3d normal[2];
+            double c[2];
+            smooth_two(around, packed[e[0] / 3], packed[e[1] / 3], threshold, normal, c);
+            for (int l = 0; l < 2; ++l) {
+                // Half-edge e ends at corner (e mod 3 + 1) mod 3 of face e / 3.
+                const std::uint32_t j = 3 * (e[l] / 3) + (e[l] % 3 + 1) % 3;
+                normals[j] = normal[l];
+                cosine[j] = c[l];
             }
-            facet::detail::normalize(sum);
-            double c = dot(sum, own);
-            if (c > 1.0) c = 1.0;
-            if (c < -1.0) c = -1.0;
-            normals[3 * i + k] = sum;
-            cosine[3 * i + k] = c;
         }
     }
 
