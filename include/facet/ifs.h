@@ -184,13 +184,14 @@ private:
 /// Not copyable: builders fill a local face set and exchange it into the target with swap.
 ///
 /// Memory for shadow volumes: the first build_shadow_volume or shadow_volume::rebuild_mesh on a
-/// face set builds a side table of its edges (one 24-byte record per edge with a twin and a copy
-/// of every face normal: about 60 bytes per triangle of a closed mesh, some 10% on top of the
-/// face set) that every later volume, for any light, reuses. The table is dropped whenever the
-/// face set may change: by every non-const vertices(), faces() and edges(), by swap, and by
-/// everything that recomputes the face normals or the half-edges (compute_normals,
-/// construct_halfedge_data, apply_transform and the mesh builders). Each thread that builds
-/// volumes also keeps a scratch byte per half-edge of the largest face set it walked.
+/// face set builds a side table of its edges (32 bytes per edge with a twin, and per face a copy
+/// of its normal and 32 bytes of its corner, normal and extent in single precision: about 104
+/// bytes per triangle of a closed mesh, some 18% on top of the face set) that every later
+/// volume, for any light, reuses. The table is dropped whenever the face set may change: by
+/// every non-const vertices(), faces() and edges(), by swap, and by everything that recomputes
+/// the face normals or the half-edges (compute_normals, construct_halfedge_data, apply_transform
+/// and the mesh builders). Each thread that builds volumes also keeps a scratch byte per
+/// half-edge and per face of the largest face set it walked.
 class FACET_API indexedfaceset {
 public:
     /// Empty arrays; backface culling on, silhouette edges on, every other flag off, texture and
@@ -585,7 +586,8 @@ private:
     carray<vector3d> m_face_normals;
     // The edge table of the shadow-volume builders (src/shadow/edge_table.h), built on first use
     // and shared with the builds that are running. drop_edge_table must be called by every
-    // member that may change a face normal, a half-edge or the arrays holding them.
+    // member that may change a vertex position, a face, a face normal, a half-edge or the arrays
+    // holding them.
     friend struct facet::detail::edge_table;
     void drop_edge_table() { m_edge_table.reset(); }
     mutable std::shared_ptr<const facet::detail::edge_table> m_edge_table;

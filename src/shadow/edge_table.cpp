@@ -1,11 +1,57 @@
 // The edge table of a face set: built once from the half-edges and faces, kept by the face set.
 #include "shadow/edge_table.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <functional>
+#include <limits>
 
 namespace facet::detail {
+namespace {
+
+// The smallest float at least `x` (infinity for NaN or beyond the float range).
+float float_at_least(double x) {
+    if (!(x < 1e30)) return std::numeric_limits<float>::infinity();
+    const auto f = static_cast<float>(x);
+    return static_cast<double>(f) < x ? std::nextafter(f, std::numeric_limits<float>::infinity())
+                                      : f;
+}
+
+// The extent of `f` about its first corner (see face_extent); a face with a corner that does not
+// exist gets an infinite one (and so is never placed at once).
+face_extent extent_of(const face& f, const vector3d* positions, std::uint32_t num_vertices) {
+    face_extent e;
+    if (f.vertex[0] >= num_vertices || f.vertex[1] >= num_vertices || f.vertex[2] >= num_vertices) {
+        e.reach = e.tilt = std::numeric_limits<float>::infinity();
+        return e;
+    }
+    const vector3d& p = positions[f.vertex[0]];
+    const double coordinates[2][3] = {{p.x, p.y, p.z}, {f.normal.x, f.normal.y, f.normal.z}};
+    for (int k = 0; k < 3; ++k) {
+        e.corner[k] = static_cast<float>(coordinates[0][k]);
+        e.normal[k] = static_cast<float>(coordinates[1][k]);
+    }
+    double reach = 0.0;
+    double tilt = 0.0;
+    for (int k = 1; k < 3; ++k) {
+        const vector3d d = positions[f.vertex[k]] - positions[f.vertex[0]];
+        reach = std::max(reach, std::sqrt(dot(d, d)));
+        tilt = std::max(tilt, std::fabs(dot(f.normal, d)));
+    }
+    // A NaN stays NaN through max only when it comes first: catch it either way.
+    const bool bad = std::isnan(reach + tilt);
+    // Rounding of these few operations is far below a part in 1e9.
+    e.reach = bad ? std::numeric_limits<float>::infinity() : float_at_least(reach * (1.0 + 1e-9));
+    e.tilt = bad ? std::numeric_limits<float>::infinity() : float_at_least(tilt * (1.0 + 1e-9));
+    return e;
+}
+
+bool holds(const face& f, std::uint32_t v) {
+    return f.vertex[0] == v || f.vertex[1] == v || f.vertex[2] == v;
+}
+
+}  // namespace
 
 edge_table::edge_table(const indexedfaceset& fs) {
     const std::uint32_t n = fs.num_edges();
@@ -59,6 +105,27 @@ edge_table::edge_table(const indexedfaceset& fs) {
 
     for (const vector3d& v : normals) normal_bound = std::fmax(normal_bound, v.length());
     normal_bound *= 1.0 + 1e-9;
+
+    const std::uint32_t num_vertices = fs.num_vertices();
+    const vector3d* const positions = fs.vertices().data();
+    for (std::uint32_t v = 0; v < num_vertices; ++v)
+        for (double c : {positions[v].x, positions[v].y, positions[v].z})
+            coordinate_bound = std::fmax(coordinate_bound, std::fabs(c));
+    extents.reserve(num_faces);
+    for (std::uint32_t f = 0; f < num_faces; ++f)
+        extents.push_back(extent_of(faces[f], positions, num_vertices));
+    // A record is placed by its faces only when both hold both its vertices, and when the walks
+    // need not read its vertices checked (they were checked above).
+    pairs.resize(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const edge_record& r = records[i];
+        const bool checked = r.a != r.b && (r.second != edge_record::none || r.a < r.b);
+        if (!checked || r.normal_a >= num_faces || r.normal_b >= num_faces) continue;
+        const face& fa = faces[r.normal_a];
+        const face& fb = faces[r.normal_b];
+        if (holds(fa, r.a) && holds(fa, r.b) && holds(fb, r.a) && holds(fb, r.b))
+            pairs[i] = face_pair{r.normal_a, r.normal_b};
+    }
 }
 
 std::shared_ptr<const edge_table> edge_table::of(const indexedfaceset& fs) {

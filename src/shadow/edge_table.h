@@ -29,13 +29,39 @@ struct edge_record {
     std::uint32_t normal_b = 0;
 };
 
+/// A face in single precision for placing it against a light at once: the position P of its
+/// first corner and its normal n, each rounded to the nearest float, and how far the face
+/// strays from them: for every point M of the face's edges, |M − P| <= reach and |n · (M − P)|
+/// <= tilt (for the exact P and n). A face with a corner that does not exist has an infinite
+/// reach.
+struct face_extent {
+    float corner[3] = {0.0f, 0.0f, 0.0f};
+    float normal[3] = {0.0f, 0.0f, 0.0f};
+    float reach = 0.0f;
+    float tilt = 0.0f;
+};
+
+/// The faces of a record, as positions in edge_table::extents, or `none` where the faces do not
+/// hold both of the record's vertices (or the record needs its vertices read checked): such a
+/// record is decided on its own.
+struct face_pair {
+    std::uint32_t a = edge_record::none;
+    std::uint32_t b = edge_record::none;
+};
+
 /// The edges of a face set with a twin, in the order of their `first` half-edge, and the face
 /// normals packed in face order (followed by the normals of faces outside the face array that
-/// some half-edge points to). 24 bytes per edge and 24 per face: about 60 bytes per triangle of
-/// a closed mesh.
+/// some half-edge points to), with each face's extent and each record's faces. 32 bytes per
+/// edge and 56 per face: about 104 bytes per triangle of a closed mesh.
 struct edge_table {
     std::vector<edge_record> records;
+    /// One per record.
+    std::vector<face_pair> pairs;
     std::vector<vector3d> normals;
+    /// One per face of the face array.
+    std::vector<face_extent> extents;
+    /// At least the largest magnitude of a vertex coordinate that is not NaN.
+    double coordinate_bound = 0.0;
     /// At least the length of every normal in `normals` that is not NaN (a little above).
     double normal_bound = 0.0;
     /// False when some half-edge points to a twin or face outside the face set's arrays: those

@@ -1,16 +1,28 @@
-// The silhouette walk: one linear pass over the edge table.
+// The silhouette walk: one pass over the faces, then one over the edge table.
 //
 // Each edge needs the signs of x = n · d for its two face normals n, with d = unit((A + B) / 2 −
 // light), or for build_shadow_volume where x lies against ±1 degree. Written out, d takes a
-// square root and three divisions. Almost every edge is decided without them, from s = n · v for
-// v = (A + B) / 2 − light and len2 = v · v: x differs from s / sqrt(len2) by less than 20 units
-// of rounding of |n|, so s² beyond a margin of 1e-12 · |n| above (or below) the square of the
-// bound times len2 settles the comparison exactly as x would. Only an edge within that margin
-// (or of extreme magnitudes) takes the exact formula, so the result is the same bit for bit.
+// square root and three divisions.
+//
+// Most faces lie clearly on one side of the light: the first pass places each face at once for
+// all its edges, from one corner P and the face's extent (edge_table.h). For every edge
+// midpoint M, n · (M − light) differs from s = n · (P − light) by at most the tilt, and |M −
+// light| from |P − light| by at most the reach; with generous room for rounding (1e-6 of the
+// normal and of the coordinates, above the rounding of the float arithmetic), s beyond the bound
+// times the largest distance decides x's side for every edge of the face (compared squared). An
+// edge whose two faces are both placed is decided by their sides alone.
+//
+// The others are mostly decided without the square root, from s = n · v for v = (A + B) / 2 −
+// light and len2 = v · v: x differs from s / sqrt(len2) by less than 20 units of rounding of
+// |n|, so s² beyond a margin of 1e-12 · |n| above (or below) the square of the bound times len2
+// settles the comparison exactly as x would. Only an edge within that margin (or of extreme
+// magnitudes) takes the exact formula, so the result is the same bit for bit.
 #include "shadow/silhouette.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "shadow/extrusion.h"
 
@@ -100,6 +112,64 @@ int oriented_edge(const quick_test& quick, const vector3d& light, const vector3d
     return x <= 0.0 && y > 0.0 ? 1 : y <= 0.0 && x > 0.0 ? 2 : 0;
 }
 
+// The relative room for rounding in placing faces: more than the float rounding of their
+// corners and normals.
+constexpr double placing_room = 1e-6;
+
+// Places every face of the table (see the top of this file): `above` or `below` when x lies
+// beyond +bound or below −bound for every edge of the face, `unsure` otherwise.
+std::vector<side>& place_faces(const edge_table& table, const vector3d& light,
+                               const quick_test& quick, double bound) {
+    thread_local std::vector<side> sides;
+    const std::size_t n = table.extents.size();
+    sides.resize(n);
+    const double light_bound =
+        std::fmax(std::fabs(light.x), std::fmax(std::fabs(light.y), std::fabs(light.z)));
+    const double coordinates = table.coordinate_bound + light_bound;
+    // NaN or huge coordinates, or extreme normals: nothing is placed.
+    if (!quick.on || !(coordinates < 1e15)) {
+        std::fill(sides.begin(), sides.end(), side::unsure);
+        return sides;
+    }
+    // In floats: the faces' corners and normals are rounded to floats, and so is every step
+    // here, a part in 1.6e7 each; the room is a part in a million of the normal and of the
+    // coordinates.
+    const auto normal = static_cast<float>(table.normal_bound);
+    const auto rounding = static_cast<float>(placing_room * coordinates);
+    const float lx = static_cast<float>(light.x);
+    const float ly = static_cast<float>(light.y);
+    const float lz = static_cast<float>(light.z);
+    // x lies beyond the bound where s, less the tilt and the rounding of positions, exceeds
+    // `limit` times the largest distance |M − light| <= dist + reach, whose square is at most
+    // 2 (dist² + reach²): squared, no square root is needed. `limit` has room for the rounding
+    // of the normal, of s and of x.
+    const auto limit =
+        static_cast<float>((bound + 2.0 * placing_room * normal) * (1.0 + placing_room));
+    const float limit2 = 2.0f * limit * limit;
+    const face_extent* const extents = table.extents.data();
+    side* const out = sides.data();
+    for (std::size_t f = 0; f < n; ++f) {
+        const face_extent& e = extents[f];
+        const float reach = e.reach + rounding;
+        const float tilt = e.tilt + normal * rounding;
+        const float vx = e.corner[0] - lx;
+        const float vy = e.corner[1] - ly;
+        const float vz = e.corner[2] - lz;
+        const float len2 = vx * vx + vy * vy + vz * vz;
+        const float s = e.normal[0] * vx + e.normal[1] * vy + e.normal[2] * vz;
+        // Every midpoint at least 1e-9 from the light, where d is a unit vector. An infinite
+        // reach (or a NaN anywhere) fails one of the comparisons.
+        const float near = reach + 1e-9f;
+        const float beyond = std::fabs(s) - tilt;
+        const bool placed = (len2 > near * near) & (beyond > 0.0f) &
+                            (beyond * beyond > limit2 * (len2 + reach * reach));
+        // unsure (3), or above (2) or below (0), without a branch.
+        const int above = s > 0.0f;
+        out[f] = static_cast<side>(3 - static_cast<int>(placed) * (3 - 2 * above));
+    }
+    return sides;
+}
+
 // A scratch byte per half-edge, kept per thread between walks.
 std::vector<std::uint8_t>& marks(std::uint32_t n) {
     thread_local std::vector<std::uint8_t> scratch;
@@ -123,9 +193,26 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
     const vector3d* const normals = table.normals.data();
     // The edge table checked the positions of every edge that the tolerant rule reads.
 
+    const std::size_t num_records = table.records.size();
+    const edge_record* const records = table.records.data();
+    const face_pair* const pairs = table.pairs.data();
     if (rule == silhouette_rule::tolerant) {
+        const std::vector<side>& sides = place_faces(table, light, quick, silhouette_tolerance);
         // Each edge is taken from `first`, so the records come in the order of the output.
-        for (const edge_record& r : table.records) {
+        for (std::size_t i = 0; i < num_records; ++i) {
+            const face_pair p = pairs[i];
+            if (p.a != edge_record::none) {
+                const side x = sides[p.a];
+                const side y = sides[p.b];
+                if (x != side::unsure && y != side::unsure) {
+                    // Beyond the same bound: not taken; beyond opposite ones: taken.
+                    if (x == y) continue;
+                    const edge_record& r = records[i];
+                    if (r.a < r.b) out.push_back({r.first, r.a, r.b});
+                    continue;
+                }
+            }
+            const edge_record& r = records[i];
             if (!(r.a < r.b)) continue;
             if (tolerant_edge(quick, light, positions[r.a], positions[r.b], normals[r.normal_a],
                               normals[r.normal_b]))
@@ -137,7 +224,22 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
     // Either half-edge of a pair may be taken: marked by index, then collected in order.
     const std::uint32_t n = source.num_edges();
     std::vector<std::uint8_t>& taken = marks(n);
-    for (const edge_record& r : table.records) {
+    const std::vector<side>& sides = place_faces(table, light, quick, 0.0);
+    for (std::size_t i = 0; i < num_records; ++i) {
+        const face_pair p = pairs[i];
+        if (p.a != edge_record::none) {
+            const side x = sides[p.a];
+            const side y = sides[p.b];
+            if (x != side::unsure && y != side::unsure) {
+                // Lit on one side and turned away on the other: taken from the lit side.
+                if (x == y) continue;
+                const edge_record& r = records[i];
+                if (x == side::below) taken[r.first] = 1;
+                if (x == side::above && r.second != edge_record::none) taken[r.second] = 1;
+                continue;
+            }
+        }
+        const edge_record& r = records[i];
         // The positions the edge table did not check are read checked (and always, as they
         // would be by the rule).
         if (!(r.a != r.b && (r.second != edge_record::none || r.a < r.b))) {
