@@ -8,7 +8,7 @@ namespace obj_import::detail {
 
 static_assert(block_size > 2 * max_line_length, "a block must hold an unfinished line and more");
 
-line_source::line_source(std::istream& in) : m_in(in), m_block(block_size + 1, '\n') {}
+line_source::line_source(std::istream& in) : m_in(in), m_block(block_size + 8, '\n') {}
 
 bool line_source::refill() {
     std::size_t got = 0;
@@ -17,6 +17,7 @@ bool line_source::refill() {
         m_in.read(m_block.data() + m_end, static_cast<std::streamsize>(room));
         got = static_cast<std::size_t>(m_in.gcount());
         m_end += got;
+        m_read += got;
         if (got < room) m_at_end = true;
     }
     m_block[m_end] = '\n';

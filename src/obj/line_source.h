@@ -39,8 +39,11 @@ public:
     /// left to read.
     bool fill();
     /// The first byte of the next line. The window from here to the end of the block is followed
-    /// by a '\n' that is not part of the stream, so a scan for '\n' stops at the latest there.
+    /// by a '\n' that is not part of the stream, so a scan for '\n' stops at the latest there,
+    /// and 8 bytes may be read from any position up to that '\n'.
     const char* cursor() const { return m_block.data() + m_begin; }
+    /// The position of cursor() in the stream: the bytes consumed since construction.
+    std::size_t offset() const { return m_read - (m_end - m_begin); }
     /// Consumes the next line, which ends at `newline`: its '\n' in the window, or the one
     /// behind the window where the stream ends without one.
     void consume_line(const char* newline) {
@@ -56,9 +59,10 @@ private:
     void skip_rest_of_line();
 
     std::istream& m_in;
-    std::vector<char> m_block;  // block_size bytes and the '\n' behind the window
+    std::vector<char> m_block;  // block_size bytes, the '\n' behind the window and 7 bytes more
     std::size_t m_begin = 0;    // first unread byte in m_block
     std::size_t m_end = 0;      // one past the last valid byte in m_block
+    std::size_t m_read = 0;     // bytes read from the stream
     bool m_at_end = false;      // the stream has delivered everything
     char m_long_line[max_line_length];
 };

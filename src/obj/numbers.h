@@ -123,32 +123,6 @@ bool exact_short_decimal(std::uint64_t mantissa, int fraction, bool negative, T&
     return true;
 }
 
-/// The short form ([+][-]digits[.digits], 1 to 19 digits in all) at `pos` in text that a line
-/// feed ends, read without bounds checks: true, `value` and `pos` moved behind it when the token
-/// is exactly that form and exact_short_decimal computes it. Otherwise false and `pos` is left
-/// alone; parse_number then gives the value. Where both succeed they give the same value.
-template <class T>
-bool parse_short_number(const char*& pos, T& value) {
-    const char* p = pos;
-    if (*p == '+') ++p;
-    const bool negative = *p == '-';
-    if (negative) ++p;
-    std::uint64_t mantissa = 0;
-    const char* s = p;
-    for (; is_digit(*s); ++s) mantissa = mantissa * 10 + static_cast<unsigned>(*s - '0');
-    const char* const point = s;
-    int fraction = 0;
-    if (*s == '.') {
-        for (++s; is_digit(*s); ++s) mantissa = mantissa * 10 + static_cast<unsigned>(*s - '0');
-        fraction = static_cast<int>(s - point) - 1;
-    }
-    const long digit_count = (point - p) + fraction;
-    if (digit_count == 0 || digit_count > 19 || !is_delimiter(*s)) return false;
-    if (!exact_short_decimal(mantissa, fraction, negative, value)) return false;
-    pos = s;
-    return true;
-}
-
 /// The number token at `pos` (which lies on a token's first byte, inside the line ending at
 /// `last`) as T (float or double), and `pos` moved to the end of the token. A decimal number at
 /// the start of the token is read, whatever follows it in the token; the result is 0 when the

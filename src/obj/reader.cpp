@@ -3,9 +3,12 @@
 #include <istream>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "facet/obj_import.h"
 #include "obj/fast_lines.h"
+#include "obj/growth.h"
 #include "obj/line_source.h"
 #include "obj/normalise.h"
 #include "obj/numbers.h"
@@ -55,7 +58,10 @@ std::size_t read_numbers(const char* pos, const char* last, T (&values)[capacity
 
 class obj_reader {
 public:
-    explicit obj_reader(obj_info& info) : m_info(info) {
+    /// Reads into `info` the lines of `lines`, a stream that held `total` bytes at the start (0
+    /// when unknown).
+    obj_reader(obj_info& info, const detail::line_source& lines, std::size_t total)
+        : m_info(info), m_lines(lines), m_total(total) {
         m_info.materials.push_back(material{"__default__"});
         m_material_index.emplace("__default__", 0);
     }
@@ -70,17 +76,17 @@ public:
         } else if (equals(key, pos, "v")) {
             float values[4];
             if (read_numbers(pos, last, values) >= 3) {
-                m_info.vertices.emplace_back(values[0], values[1], values[2]);
+                add(m_info.vertices, m_first[0], values[0], values[1], values[2]);
             }
         } else if (equals(key, pos, "vt")) {
             double values[2];
             if (read_numbers(pos, last, values) == 2) {
-                m_info.texcoords.push_back(texcoord{values[0], values[1]});
+                add(m_info.texcoords, m_first[1], texcoord{values[0], values[1]});
             }
         } else if (equals(key, pos, "vn")) {
             double values[3];
             if (read_numbers(pos, last, values) == 3) {
-                m_info.normals.emplace_back(values[0], values[1], values[2]);
+                add(m_info.normals, m_first[2], values[0], values[1], values[2]);
             }
         } else if (equals(key, pos, "usemtl")) {
             read_material(pos, last);
@@ -97,30 +103,49 @@ public:
             newline = detail::read_face_corners(line + 1, f);
             if (newline == nullptr || newline - line > max_line) return nullptr;
             f.material = m_current_material;
-            m_info.faces.push_back(f);
+            add(m_info.faces, m_first[3], f);
         } else if (line[0] != 'v') {
             return nullptr;
         } else if (detail::is_blank(line[1])) {
             float v[3];
             newline = detail::read_number_line(line + 1, v);
             if (newline == nullptr || newline - line > max_line) return nullptr;
-            m_info.vertices.emplace_back(v[0], v[1], v[2]);
+            add(m_info.vertices, m_first[0], v[0], v[1], v[2]);
         } else if (line[1] == 't' && detail::is_blank(line[2])) {
             double t[2];
             newline = detail::read_number_line(line + 2, t);
             if (newline == nullptr || newline - line > max_line) return nullptr;
-            m_info.texcoords.push_back(texcoord{t[0], t[1]});
+            add(m_info.texcoords, m_first[1], texcoord{t[0], t[1]});
         } else if (line[1] == 'n' && detail::is_blank(line[2])) {
             double n[3];
             newline = detail::read_number_line(line + 2, n);
             if (newline == nullptr || newline - line > max_line) return nullptr;
-            m_info.normals.emplace_back(n[0], n[1], n[2]);
+            add(m_info.normals, m_first[2], n[0], n[1], n[2]);
         }
         return newline;
     }
 
+    /// Gives back what the planned growth reserved beyond need.
+    void trim() {
+        detail::trim_room(m_info.vertices);
+        detail::trim_room(m_info.texcoords);
+        detail::trim_room(m_info.normals);
+        detail::trim_room(m_info.faces);
+    }
+
 private:
     static constexpr std::ptrdiff_t max_line = detail::max_line_length;
+
+    /// Appends T(args...) to `v`, whose first line was read at input offset `first`.
+    template <class T, class... Args>
+    void add(std::vector<T>& v, std::size_t& first, Args&&... args) {
+        if (v.size() == v.capacity()) {
+            const std::size_t offset = m_lines.offset();
+            if (v.empty()) first = offset;
+            detail::make_room(v, first, offset, m_total);
+        }
+        v.emplace_back(std::forward<Args>(args)...);
+    }
 
     void read_face(const char* pos, const char* last) {
         face f;
@@ -131,7 +156,7 @@ private:
         }
         if (f.corner_count < 3) return;
         f.material = m_current_material;
-        m_info.faces.push_back(f);
+        add(m_info.faces, m_first[3], f);
     }
 
     void read_material(const char* pos, const char* last) {
@@ -150,10 +175,21 @@ private:
     }
 
     obj_info& m_info;
+    const detail::line_source& m_lines;
+    const std::size_t m_total;
+    std::size_t m_first[4] = {};  // input offsets of the first vertex, texcoord, normal, face
     std::unordered_map<std::string, int> m_material_index;
     std::string m_name;
     int m_current_material = 0;
 };
+
+/// What the stream holds, as far as its buffer knows without reading (for files and strings,
+/// the rest of their bytes); 0 when it cannot tell.
+std::size_t stream_size(std::istream& in) {
+    std::streambuf* const buffer = in.rdbuf();
+    const std::streamsize available = buffer != nullptr ? buffer->in_avail() : 0;
+    return available > 0 ? static_cast<std::size_t>(available) : 0;
+}
 
 bool valid_vertex(int index, const std::vector<vector3d>& vertices) {
     return index >= 0 && static_cast<std::size_t>(index) < vertices.size();
@@ -188,8 +224,8 @@ void compute_face_normals(obj_info& info) {
 void parse_obj(std::istream& in, obj_info& info) {
     obj_info result;
     {
-        obj_reader reader(result);
         detail::line_source lines(in);
+        obj_reader reader(result, lines, stream_size(in));
         const char* first = nullptr;
         const char* last = nullptr;
         while (lines.fill()) {
@@ -200,6 +236,7 @@ void parse_obj(std::istream& in, obj_info& info) {
                 reader.read_line(first, last);
             }
         }
+        reader.trim();
     }
     if (result.normals.empty()) compute_face_normals(result);
     detail::normalise(result, 10000.0);
