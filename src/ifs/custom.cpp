@@ -5,6 +5,7 @@
 #include "facet/ifs.h"
 #include "facet/primitives.h"
 #include "ifs/face_limit.h"
+#include "ifs/face_shading.h"
 #include "ifs/mesh_buffers.h"
 
 void indexedfaceset::create_mesh(const primitives::custom& c) {
@@ -30,11 +31,26 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
         m_vertices[i] = source.get_vertices()[i];
 
     // 4. Faces, with the brush and pen of their style or, without a valid one, the object's.
+    // The texture settings come first (they touch neither vertices nor faces; the texture
+    // coordinates use the rotation the face set holds after them), so that each face record is
+    // written once, complete: with its flat normal, box texture coordinates and tangent frame.
+    drop_edge_table();
+    apply_texture_settings(c);
+    const bool box = c.get_texgen_mode() == graphics::texgen_mode::box;
+    const std::uint32_t n = source.num_faces();
+    facet::detail::size_for_overwrite(m_faces, n);  // each one written
+    // smooth_mesh writes every corner normal, tangent and bitangent: they are left unwritten.
+    facet::detail::size_for_overwrite(m_normals, 3 * n);
+    facet::detail::size_for_overwrite(m_tangents, 3 * n);
+    facet::detail::size_for_overwrite(m_bitangents, 3 * n);
+    facet::detail::size_for_overwrite(m_face_normals, n);
+    if (box) facet::detail::size_for_overwrite(m_texcoords, 3 * n);
+    const facet::detail::face_shading shade(m_vertices, m_texcoords, m_styles, m_texture_rotated,
+                                            box);
     const graphics::brush object_brush = c.get_brush();
     const graphics::pen object_pen = c.get_pen();
-    facet::detail::size_for_overwrite(m_faces, source.num_faces());  // each one written
     const face blank;
-    for (std::uint32_t j = 0; j < source.num_faces(); ++j) {
+    for (std::uint32_t j = 0; j < n; ++j) {
         const graphics::custom_mesh_face& from = source.get_faces()[j];
         face f = blank;
         f.vertex[0] = from.vertex[0];
@@ -48,18 +64,18 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
             f.brush = styles[from.style].brush;
             f.pen = styles[from.style].pen;
         }
+        m_face_normals.data()[j] = shade(f, j);
         m_faces[j] = f;
     }
 
     // 5. - 9.
-    // smooth_mesh writes every corner normal, tangent and bitangent: the steps before it leave
-    // them unwritten.
-    finish_mesh_edges(c, false);
+    const double angle = c.get_smoothing_threshold_angle();
+    link_halfedges(&angle);  // construct_halfedge_data, then determine_sharp_edges
+    set_visible_edge_treshold(c.get_visible_edge_threshold_angle());
     m_backface_culling = c.get_backface_culling();
     m_edges_only = c.edges_only();
-    apply_texture_params(c, false);
     m_show_texture_in_bw_mode = c.show_texture_in_bw_mode();
     m_black_in_bw_mode = c.black_in_bw_mode();
     m_texture_rotated = c.texture_rotated();
-    smooth_corners(c.get_smoothing_threshold_angle(), true);
+    smooth_corners(angle, true);
 }

@@ -2,10 +2,12 @@
 #include "facet/ifs.h"
 #include "facet/primitives.h"
 #include "ifs/face_limit.h"
+#include "ifs/face_shading.h"
 #include "ifs/mesh_buffers.h"
 
 void indexedfaceset::create_mesh(const primitives::mesh& m) {
     facet::detail::check_face_count(m, m.triangles_size());
+    drop_edge_table();
     // Every vertex and face is written below: a rebuild at the same size reuses the arrays.
     facet::detail::size_for_overwrite(m_vertices, m.vertices_size());
     facet::detail::size_for_overwrite(m_faces, m.triangles_size());
@@ -13,25 +15,39 @@ void indexedfaceset::create_mesh(const primitives::mesh& m) {
     std::uint32_t i = 0;
     for (auto v = m.vertices_begin(); v != m.vertices_end(); ++v) m_vertices[i++] = *v;
 
-    // The faces get the object's brush and pen and style 0 right away, which is what
-    // finish_mesh would give them after the normals and half-edges (which read neither).
+    // The texture settings first (they touch neither vertices nor faces), so that each face
+    // record is written once, complete: vertices, the object's brush and pen and style 0 (what
+    // finish_mesh would give), flat normal, box texture coordinates and tangent frame.
+    apply_display_flags(m);
+    apply_texture_settings(m);
+    const bool box = m.get_texgen_mode() == graphics::texgen_mode::box;
+    const std::uint32_t n = m.triangles_size();
+    // smooth_mesh writes every corner normal, tangent and bitangent: they are left unwritten.
+    facet::detail::size_for_overwrite(m_normals, 3 * n);
+    facet::detail::size_for_overwrite(m_tangents, 3 * n);
+    facet::detail::size_for_overwrite(m_bitangents, 3 * n);
+    facet::detail::size_for_overwrite(m_face_normals, n);
+    if (box) facet::detail::size_for_overwrite(m_texcoords, 3 * n);
+    const facet::detail::face_shading shade(m_vertices, m_texcoords, m_styles, m_texture_rotated,
+                                            box);
     face blank;
     blank.brush = m.get_brush();
     blank.pen = m.get_pen();
     blank.style = 0;
     face* const faces = m_faces.data();
+    vector3d* const normals = m_face_normals.data();
     std::uint32_t j = 0;
     for (auto t = m.triangles_begin(); t != m.triangles_end(); ++t, ++j) {
-        faces[j] = blank;
-        faces[j].vertex[0] = t->vertex[0];
-        faces[j].vertex[1] = t->vertex[1];
-        faces[j].vertex[2] = t->vertex[2];
+        face f = blank;
+        f.vertex[0] = t->vertex[0];
+        f.vertex[1] = t->vertex[1];
+        f.vertex[2] = t->vertex[2];
+        normals[j] = shade(f, j);
+        faces[j] = f;
     }
 
-    // smooth_mesh writes every corner normal, tangent and bitangent: the steps before it leave
-    // them unwritten.
-    finish_mesh_edges(m, false);
-    apply_display_flags(m);
-    apply_texture_params(m, false);
-    smooth_corners(m.get_smoothing_threshold_angle(), true);
+    const double angle = m.get_smoothing_threshold_angle();
+    link_halfedges(&angle);  // construct_halfedge_data, then determine_sharp_edges
+    set_visible_edge_treshold(m.get_visible_edge_threshold_angle());
+    smooth_corners(angle, true);
 }

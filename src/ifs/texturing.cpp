@@ -8,29 +8,11 @@
 #include "facet/math3d.h"
 #include "facet/objects.h"
 #include "ifs/box_projection.h"
+#include "ifs/face_shading.h"
 #include "ifs/mesh_buffers.h"
 
-namespace {
-
-unsigned dominant_axis(const vector3d& n) {
-    const double ax = std::fabs(n.x);
-    const double ay = std::fabs(n.y);
-    const double az = std::fabs(n.z);
-    unsigned axis = 0;
-    double largest = ax;
-    if (ay > largest) {
-        axis = 1;
-        largest = ay;
-    }
-    if (az > largest) axis = 2;
-    return axis;
-}
-
-double apply_row(const matrix2x3& m, int row, const vector3d& p) {
-    return m(row, 0) * p.x + m(row, 1) * p.y + m(row, 2) * p.z;
-}
-
-}  // namespace
+using facet::detail::apply_row;
+using facet::detail::dominant_axis;
 
 void indexedfaceset::set_texture_params(const primitives::basic_object& object) {
     apply_texture_params(object, true);
