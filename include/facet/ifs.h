@@ -542,21 +542,13 @@ private:
     // finish_mesh_appearance copies the object's display flags, gives every face the object's
     // brush and pen and style 0, and applies set_texture_params. finish_mesh runs both.
     void finish_mesh(const primitives::basic_object& object);
-    void finish_mesh_edges(const primitives::basic_object& object, bool corner_normals = true);
+    void finish_mesh_edges(const primitives::basic_object& object);
     void finish_mesh_appearance(const primitives::basic_object& object);
     // apply_object_appearance is finish_mesh_appearance up to set_texture_params (display flags;
     // brush, pen and style 0 on every face). apply_texture_settings is set_texture_params up to
     // the texture coordinates (the standard style if there is none; with one style, the texture
     // members of the face set and the style).
     void apply_object_appearance(const primitives::basic_object& object);
-    // compute_normals and compute_tangent_space with `corners` false write the face records
-    // only and leave the corner arrays sized but unwritten, for the builders that end in
-    // smooth_mesh, which writes every corner (finish_mesh_edges with corner_normals false and
-    // apply_texture_params with corner_frames false likewise); with true they are the public
-    // functions.
-    void compute_face_normals(bool corners);
-    void compute_face_frames(bool corners);
-    void apply_texture_params(const primitives::basic_object& object, bool corner_frames);
     // construct_halfedge_data; with an angle (degrees), followed by determine_sharp_edges at
     // that angle, in the same pass over the half-edges.
     void link_halfedges(const double* sharp_angle);
@@ -579,10 +571,9 @@ private:
     carray<halfedge> m_edges;
     carray<line> m_lines;
     carray<graphics::style> m_styles;
-    // The face normals packed in face order, for the passes that stream them: written by
-    // compute_face_normals(false) and used up (handed back to the pool of mesh buffers) by
-    // smooth_corners(angle, true) in the builders of free meshes and custom objects; empty
-    // otherwise.
+    // The face normals packed in face order, for the passes that stream them: written and used
+    // up (handed back to the pool of mesh buffers by smooth_corners(angle, true)) by the
+    // builders of free meshes and custom objects; empty otherwise.
     carray<vector3d> m_face_normals;
     // The edge table of the shadow-volume builders (src/shadow/edge_table.h), built on first use
     // and shared with the builds that are running. drop_edge_table must be called by every

@@ -15,6 +15,8 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
         facet::detail::check_face_count(
             c, (id.empty() ? c.get_inline_mesh() : *registered).num_faces());
 
+    drop_edge_table();
+
     // 1. The object's styles.
     const std::vector<graphics::style> styles = c.get_styles();
     const auto num_styles = static_cast<std::uint32_t>(styles.size());
@@ -34,7 +36,6 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     // The texture settings come first (they touch neither vertices nor faces; the texture
     // coordinates use the rotation the face set holds after them), so that each face record is
     // written once, complete: with its flat normal, box texture coordinates and tangent frame.
-    drop_edge_table();
     apply_texture_settings(c);
     const bool box = c.get_texgen_mode() == graphics::texgen_mode::box;
     const std::uint32_t n = source.num_faces();

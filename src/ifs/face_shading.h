@@ -32,7 +32,7 @@ inline double apply_row(const matrix2x3& m, int row, const vector3d& p) {
     return m(row, 0) * p.x + m(row, 1) * p.y + m(row, 2) * p.z;
 }
 
-/// What compute_face_normals, gen_box_texcoords (when `box`) and compute_face_frames write for
+/// What compute_normals, gen_box_texcoords (when `box`) and compute_tangent_space write for
 /// one face, in one visit of the face instead of one pass over all faces each: the same values,
 /// as long as the faces are visited in index order (a face without a valid style reads the
 /// coordinates its indices name, which only earlier faces write). The corner arrays are left to

@@ -7,9 +7,8 @@ void indexedfaceset::finish_mesh(const primitives::basic_object& object) {
     finish_mesh_appearance(object);
 }
 
-void indexedfaceset::finish_mesh_edges(const primitives::basic_object& object,
-                                       bool corner_normals) {
-    compute_face_normals(corner_normals);
+void indexedfaceset::finish_mesh_edges(const primitives::basic_object& object) {
+    compute_normals();
     const double sharp_angle = object.get_smoothing_threshold_angle();
     link_halfedges(&sharp_angle);  // construct_halfedge_data, then determine_sharp_edges
     set_visible_edge_treshold(object.get_visible_edge_threshold_angle());

@@ -2,14 +2,10 @@
 #include "facet/ifs.h"
 #include "ifs/mesh_buffers.h"
 
-void indexedfaceset::compute_normals() { compute_face_normals(true); }
-
-void indexedfaceset::compute_face_normals(bool corners) {
+void indexedfaceset::compute_normals() {
     drop_edge_table();
     const std::uint32_t n = num_faces();
-    // Each one written, here or by smooth_mesh.
-    facet::detail::size_for_overwrite(m_normals, 3 * n);
-    if (!corners) facet::detail::size_for_overwrite(m_face_normals, n);
+    facet::detail::size_for_overwrite(m_normals, 3 * n);  // each one written
     for (std::uint32_t i = 0; i < n; ++i) {
         face& f = m_faces[i];
         const vector3d& p0 = m_vertices[f.vertex[0]];
@@ -18,10 +14,6 @@ void indexedfaceset::compute_face_normals(bool corners) {
         vector3d normal = cross(p1 - p0, p2 - p0);
         normal.normalize();
         f.normal = normal;
-        if (!corners) {
-            m_face_normals.data()[i] = normal;
-            continue;
-        }
         m_normals[3 * i] = normal;
         m_normals[3 * i + 1] = normal;
         m_normals[3 * i + 2] = normal;

@@ -15,16 +15,10 @@ using facet::detail::apply_row;
 using facet::detail::dominant_axis;
 
 void indexedfaceset::set_texture_params(const primitives::basic_object& object) {
-    apply_texture_params(object, true);
-}
-
-void indexedfaceset::apply_texture_params(const primitives::basic_object& object,
-                                          bool corner_frames) {
     apply_texture_settings(object);
-    // compute_face_frames writes every tangent and bitangent (or leaves them to smooth_mesh),
-    // so they are not zeroed first.
+    // compute_tangent_space writes every tangent and bitangent, so they are not zeroed first.
     if (object.get_texgen_mode() == graphics::texgen_mode::box) gen_box_texcoords();
-    compute_face_frames(corner_frames);
+    compute_tangent_space();
 }
 
 void indexedfaceset::apply_texture_settings(const primitives::basic_object& object) {
@@ -95,11 +89,9 @@ void indexedfaceset::gen_texcoords_for_face(const matrix2x3 (&plain)[3],
     }
 }
 
-void indexedfaceset::compute_tangent_space() { compute_face_frames(true); }
-
-void indexedfaceset::compute_face_frames(bool corners) {
+void indexedfaceset::compute_tangent_space() {
     const std::uint32_t num_faces = this->num_faces();
-    // Each one written, here or by smooth_mesh.
+    // Each one written.
     facet::detail::size_for_overwrite(m_tangents, 3 * num_faces);
     facet::detail::size_for_overwrite(m_bitangents, 3 * num_faces);
     for (std::uint32_t i = 0; i < num_faces; ++i) {
@@ -113,11 +105,10 @@ void indexedfaceset::compute_face_frames(bool corners) {
         vector3d bitangent;
         ComputeTangentBasis(m_vertices[f.vertex[0]], m_vertices[f.vertex[1]],
                             m_vertices[f.vertex[2]], uv[0], uv[1], uv[2], tangent, bitangent);
-        if (corners)
-            for (std::uint32_t k = 0; k < 3; ++k) {
-                m_tangents[3 * i + k] = tangent;
-                m_bitangents[3 * i + k] = bitangent;
-            }
+        for (std::uint32_t k = 0; k < 3; ++k) {
+            m_tangents[3 * i + k] = tangent;
+            m_bitangents[3 * i + k] = bitangent;
+        }
         f.tangent = tangent;
         f.bitangent = bitangent;
     }
