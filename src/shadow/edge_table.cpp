@@ -34,16 +34,20 @@ face_extent extent_of(const face& f, const vector3d* positions, std::uint32_t nu
     }
     double reach = 0.0;
     double tilt = 0.0;
+    bool nan = false;
     for (int k = 1; k < 3; ++k) {
-        const vector3d d = positions[f.vertex[k]] - positions[f.vertex[0]];
-        reach = std::max(reach, std::sqrt(dot(d, d)));
-        tilt = std::max(tilt, std::fabs(dot(f.normal, d)));
+        const vector3d d = positions[f.vertex[k]] - p;
+        const double length = std::sqrt(dot(d, d));
+        const double across = std::fabs(dot(f.normal, d));
+        nan = nan || std::isnan(length + across);
+        reach = std::fmax(reach, length);
+        tilt = std::fmax(tilt, across);
     }
-    // A NaN stays NaN through max only when it comes first: catch it either way.
-    const bool bad = std::isnan(reach + tilt);
-    // Rounding of these few operations is far below a part in 1e9.
-    e.reach = bad ? std::numeric_limits<float>::infinity() : float_at_least(reach * (1.0 + 1e-9));
-    e.tilt = bad ? std::numeric_limits<float>::infinity() : float_at_least(tilt * (1.0 + 1e-9));
+    // Rounding of these few operations is far below a part in 1e9; a NaN (which fmax passes
+    // over) makes the extent infinite.
+    const double grown = nan ? std::nan("") : 1.0 + 1e-9;
+    e.reach = float_at_least(reach * grown);
+    e.tilt = float_at_least(tilt * grown);
     return e;
 }
 
@@ -114,13 +118,12 @@ edge_table::edge_table(const indexedfaceset& fs) {
     extents.reserve(num_faces);
     for (std::uint32_t f = 0; f < num_faces; ++f)
         extents.push_back(extent_of(faces[f], positions, num_vertices));
-    // A record is placed by its faces only when both hold both its vertices, and when the walks
-    // need not read its vertices checked (they were checked above).
+    // A pair of mutual twins (so a < b) is placed by its faces when both hold both its vertices.
     pairs.resize(records.size());
     for (std::size_t i = 0; i < records.size(); ++i) {
         const edge_record& r = records[i];
-        const bool checked = r.a != r.b && (r.second != edge_record::none || r.a < r.b);
-        if (!checked || r.normal_a >= num_faces || r.normal_b >= num_faces) continue;
+        if (r.second == edge_record::none || r.a == r.b) continue;
+        if (r.normal_a >= num_faces || r.normal_b >= num_faces) continue;
         const face& fa = faces[r.normal_a];
         const face& fb = faces[r.normal_b];
         if (holds(fa, r.a) && holds(fa, r.b) && holds(fb, r.a) && holds(fb, r.b))

@@ -41,9 +41,9 @@ struct face_extent {
     float tilt = 0.0f;
 };
 
-/// The faces of a record, as positions in edge_table::extents, or `none` where the faces do not
-/// hold both of the record's vertices (or the record needs its vertices read checked): such a
-/// record is decided on its own.
+/// The faces of a record, as positions in edge_table::extents, or `none` where the record is
+/// decided on its own: a half-edge without a mutual twin, an edge from a vertex to itself, or
+/// faces that do not both hold both of the record's vertices.
 struct face_pair {
     std::uint32_t a = edge_record::none;
     std::uint32_t b = edge_record::none;

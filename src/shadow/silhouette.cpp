@@ -205,10 +205,11 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
                 const side x = sides[p.a];
                 const side y = sides[p.b];
                 if (x != side::unsure && y != side::unsure) {
-                    // Beyond the same bound: not taken; beyond opposite ones: taken.
+                    // Beyond the same bound: not taken; beyond opposite ones: taken (a placed
+                    // pair has a < b).
                     if (x == y) continue;
                     const edge_record& r = records[i];
-                    if (r.a < r.b) out.push_back({r.first, r.a, r.b});
+                    out.push_back({r.first, r.a, r.b});
                     continue;
                 }
             }
@@ -234,8 +235,7 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
                 // Lit on one side and turned away on the other: taken from the lit side.
                 if (x == y) continue;
                 const edge_record& r = records[i];
-                if (x == side::below) taken[r.first] = 1;
-                if (x == side::above && r.second != edge_record::none) taken[r.second] = 1;
+                taken[x == side::below ? r.first : r.second] = 1;
                 continue;
             }
         }

@@ -48,20 +48,32 @@ mesh_data tangle(unsigned seed) {
     return m;
 }
 
-// The mesh, and with `rewired` twin links that do not point back (earlier, later, to itself, to
-// a half-edge whose twin is gone), as a host may leave them.
+// Links and normals as a host may leave them: twin links that do not point back (earlier, later,
+// to itself, to a half-edge whose twin is gone) and a half-edge on a face that does not hold it;
+// face normals tilted off their faces.
+void rewire(indexedfaceset& fs) {
+    halfedge* e = fs.edges().data();
+    e[5].m_twinedge = &e[0];
+    e[1].m_twinedge = &e[30];
+    e[3].m_twinedge = &e[3];
+    e[20].m_twinedge->m_twinedge = nullptr;
+    e[7].face = &fs.faces()[11];
+}
+void tilt(indexedfaceset& fs) {
+    for (face& f : fs.faces())
+        f.normal = reference::unit(vector3d(0.3, -0.2, 0.1) +
+                                   (f.normal == f.normal ? f.normal : vector3d()));
+}
+
+// The mesh, edited by `edit` after each build.
 struct mesh_object : primitives::basic_object {
     mesh_data data;
-    bool rewired;
-    explicit mesh_object(mesh_data m, bool r = false) : data(std::move(m)), rewired(r) {}
+    void (*edit)(indexedfaceset&);
+    explicit mesh_object(mesh_data m, void (*e)(indexedfaceset&) = nullptr)
+        : data(std::move(m)), edit(e) {}
     void update_mesh(indexedfaceset& target) const override {
         fill(target, data);
-        halfedge* e = target.edges().data();
-        if (!rewired) return;
-        e[5].m_twinedge = &e[0];
-        e[1].m_twinedge = &e[30];
-        e[3].m_twinedge = &e[3];
-        e[20].m_twinedge->m_twinedge = nullptr;
+        if (edit) edit(target);
     }
 };
 
@@ -115,12 +127,18 @@ struct volume_check {
 }  // namespace
 
 TEST(ShadowVolume, BothBuildersMatchTheReference) {
-    // Closed, open, tangled, rewired; a zero-area face (normal zero: lit) next to a face.
+    // Closed, open, tangled, rewired, tilted; a zero-area face (normal zero: lit) next to a
+    // face; a vertex at NaN; a cube so small that its points are all within 1e-12 of each other
+    // (tilted, for normals that are not zero).
     const mesh_data sliver{{{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {0.5, 0, 1}}, {{0, 1, 2}, {1, 0, 3}}};
-    mesh_object meshes[] = {mesh_object(cube()),    mesh_object(cube({0, 1, 2, 3, 5})),
-                            mesh_object(cube({4})), mesh_object(tangle(7)),
-                            mesh_object(tangle(8)), mesh_object(cube(), true),
-                            mesh_object(sliver)};
+    mesh_data with_nan = tangle(11), tiny = cube();
+    with_nan.first[4].y = std::nan("");
+    for (vector3d& v : tiny.first) v = v * 1e-13;
+    mesh_object meshes[] = {mesh_object(cube()),          mesh_object(cube({0, 1, 2, 3, 5})),
+                            mesh_object(cube({4})),       mesh_object(tangle(7)),
+                            mesh_object(tangle(8)),       mesh_object(cube(), rewire),
+                            mesh_object(tangle(9), tilt), mesh_object(sliver),
+                            mesh_object(with_nan, tilt),  mesh_object(tiny, tilt)};
     primitives::cylinder cylinder(2.0, 1.0, 12);
     primitives::cone cone(1.5, 0.7);
     // A placed box: seen from it, the light lies elsewhere than in the world.
@@ -129,13 +147,24 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
     placed.set_orientation(vector3d(0.2, 1.0, 0.1), 160.0);
     std::vector<primitives::basic_object*> objects = {&cylinder, &cone, &placed};
     for (mesh_object& o : meshes) objects.push_back(&o);
-    // Edge-on to the cube's +z side, within a degree of it, just behind it; a corner; outside;
+    // Edge-on to the cube's +z side, within a degree of it, just behind it, just above a corner
+    // (closer to it than its size); a corner; outside;
     // then seen from the midpoint (0.5, 0, 1) of an edge at one degree from its +z face (either
     // side) with its −y face clearly on the same side, and at 1.05 degrees; 1e-13 from it.
-    std::vector<vector3d> lights = {
-        {2.0, 0.5, 1.0},  {2.0, 0.5, 1.0 + 1e-4}, {2.0, 0.5, 1.0 - 1e-9},  {2.0, 0.5, 1.5},
-        {1, 1, 1},        {2.5, 3.5, 4.5},        {0.5, 0.5, 0.5},         {0.0, 3.0, 0.0},
-        {-3.0, 0.2, 0.1}, {0.5, -2.0, 0.5},       {0.5, 1e-13, 1 + 1e-13}, {9.0, 6.0, 3.0}};
+    std::vector<vector3d> lights = {{2.0, 0.5, 1.0},
+                                    {2.0, 0.5, 1.0 + 1e-4},
+                                    {2.0, 0.5, 1.0 - 1e-9},
+                                    {0.01, 0.01, 1.005},
+                                    {2.0, 0.5, 1.5},
+                                    {0.5, 0.5, 3.0},
+                                    {1, 1, 1},
+                                    {2.5, 3.5, 4.5},
+                                    {0.5, 0.5, 0.5},
+                                    {0.0, 3.0, 0.0},
+                                    {-3.0, 0.2, 0.1},
+                                    {0.5, -2.0, 0.5},
+                                    {0.5, 1e-13, 1 + 1e-13},
+                                    {9.0, 6.0, 3.0}};
     const double e = 0.017453292519943295;
     for (double t : {1.5, 2.0, 3.0, 7.0})
         for (double z : {e, -e, 1.05 * e})
@@ -198,7 +227,7 @@ TEST(ShadowVolumeDeathTest, BadInput) {
     EXPECT_DEATH(v.rebuild_mesh(), "m_master != 0");
     // A vertex that does not exist, read by both rules on a paired edge; on a half-edge whose
     // twin is open (20), only by the oriented rule when it starts at the larger index.
-    mesh_object paired(cube()), lone(cube(), true);
+    mesh_object paired(cube()), lone(cube(), rewire);
     paired.get_mesh().edges()[0].vertex = 99;
     lone.get_mesh().edges()[20].vertex = 99;
     EXPECT_DEATH(paired.get_mesh().build_shadow_volume(vector3d(3, 3, 3), src), "index < m_size");
