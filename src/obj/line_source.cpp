@@ -8,7 +8,7 @@ namespace obj_import::detail {
 
 static_assert(block_size > 2 * max_line_length, "a block must hold an unfinished line and more");
 
-line_source::line_source(std::istream& in) : m_in(in), m_block(block_size + 8, '\n') {}
+line_source::line_source(std::istream& in) : m_in(in), m_block(block_size + 1, '\n') {}
 
 bool line_source::refill() {
     std::size_t got = 0;

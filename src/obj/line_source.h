@@ -39,8 +39,7 @@ public:
     /// left to read.
     bool fill();
     /// The first byte of the next line. The window from here to the end of the block is followed
-    /// by a '\n' that is not part of the stream, so a scan for '\n' stops at the latest there,
-    /// and 8 bytes may be read from any position up to that '\n'.
+    /// by a '\n' that is not part of the stream, so a scan for '\n' stops at the latest there.
     const char* cursor() const { return m_block.data() + m_begin; }
     /// The position of cursor() in the stream: the bytes consumed since construction.
     std::size_t offset() const { return m_read - (m_end - m_begin); }
@@ -59,7 +58,7 @@ private:
     void skip_rest_of_line();
 
     std::istream& m_in;
-    std::vector<char> m_block;  // block_size bytes, the '\n' behind the window and 7 bytes more
+    std::vector<char> m_block;  // block_size bytes and the '\n' behind the window
     std::size_t m_begin = 0;    // first unread byte in m_block
     std::size_t m_end = 0;      // one past the last valid byte in m_block
     std::size_t m_read = 0;     // bytes read from the stream
