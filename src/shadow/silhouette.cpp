@@ -141,11 +141,13 @@ std::vector<side>& place_faces(const edge_table& table, const vector3d& light,
     const float lz = static_cast<float>(light.z);
     // x lies beyond the bound where s, less the tilt and the rounding of positions, exceeds
     // `limit` times the largest distance |M − light| <= dist + reach, whose square is at most
-    // 2 (dist² + reach²): squared, no square root is needed. `limit` has room for the rounding
-    // of the normal, of s and of x.
+    // (1 + 1/16) dist² + 17 reach²: squared, no square root is needed, and the bound is tight
+    // where faces are small against their distance. `limit` has room for the rounding of the
+    // normal, of s and of x.
     const auto limit =
         static_cast<float>((bound + 2.0 * placing_room * normal) * (1.0 + placing_room));
-    const float limit2 = 2.0f * limit * limit;
+    const float near_weight = 1.0625f * limit * limit;
+    const float reach_weight = 17.0f * limit * limit;
     const face_extent* const extents = table.extents.data();
     side* const out = sides.data();
     for (std::size_t f = 0; f < n; ++f) {
@@ -162,7 +164,7 @@ std::vector<side>& place_faces(const edge_table& table, const vector3d& light,
         const float near = reach + 1e-9f;
         const float beyond = std::fabs(s) - tilt;
         const bool placed = (len2 > near * near) & (beyond > 0.0f) &
-                            (beyond * beyond > limit2 * (len2 + reach * reach));
+                            (beyond * beyond > near_weight * len2 + reach_weight * reach * reach);
         // unsure (3), or above (2) or below (0), without a branch.
         const int above = s > 0.0f;
         out[f] = static_cast<side>(3 - static_cast<int>(placed) * (3 - 2 * above));
