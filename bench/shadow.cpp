@@ -132,17 +132,23 @@ void rebuild(benchmark::State& state, primitives::basic_object& master) {
     report(state, source, volume.get_mesh());
 }
 
-void rebuild_cylinder(benchmark::State& state) {
+using object_row = void (*)(benchmark::State&, primitives::basic_object&);
+
+// `row` on a cylinder or a sphere of about state.range(0) triangles.
+void on_cylinder(benchmark::State& state, object_row row) {
     primitives::cylinder c(2.0, 1.0, static_cast<std::uint32_t>(state.range(0) / 4));
-    rebuild(state, c);
+    row(state, c);
 }
 
-void rebuild_sphere(benchmark::State& state) {
+void on_sphere(benchmark::State& state, object_row row) {
     std::uint32_t slices = 0, stacks = 0;
     sphere_size(state.range(0), slices, stacks);
     sphere_object s(slices, stacks);
-    rebuild(state, s);
+    row(state, s);
 }
+
+void rebuild_cylinder(benchmark::State& state) { on_cylinder(state, rebuild); }
+void rebuild_sphere(benchmark::State& state) { on_sphere(state, rebuild); }
 
 // The bytes of every array of a face set: what a builder writing it has to store.
 std::size_t stored_bytes(const indexedfaceset& fs) {
@@ -196,17 +202,8 @@ void one_pass_rebuild(benchmark::State& state, primitives::basic_object& master)
     one_pass(state, master.get_mesh(), volume.get_mesh());
 }
 
-void one_pass_rebuild_cylinder(benchmark::State& state) {
-    primitives::cylinder c(2.0, 1.0, static_cast<std::uint32_t>(state.range(0) / 4));
-    one_pass_rebuild(state, c);
-}
-
-void one_pass_rebuild_sphere(benchmark::State& state) {
-    std::uint32_t slices = 0, stacks = 0;
-    sphere_size(state.range(0), slices, stacks);
-    sphere_object s(slices, stacks);
-    one_pass_rebuild(state, s);
-}
+void one_pass_rebuild_cylinder(benchmark::State& state) { on_cylinder(state, one_pass_rebuild); }
+void one_pass_rebuild_sphere(benchmark::State& state) { on_sphere(state, one_pass_rebuild); }
 
 // One frame of the host with N objects that each have a volume for light 0: reset the marks,
 // look every object's volume up and file it again (the add that keeps a found volume), sweep

@@ -172,6 +172,17 @@ std::vector<side>& place_faces(const edge_table& table, const vector3d& light,
     return sides;
 }
 
+// A record decided by the sides of its two faces, as oriented_edge numbers it: 0 when both lie
+// beyond the same bound, 1 when the first lies below and the second above, 2 the other way
+// round; −1 when the faces do not decide it.
+int by_sides(const face_pair& p, const std::vector<side>& sides) {
+    if (p.a == edge_record::none) return -1;
+    const side x = sides[p.a];
+    const side y = sides[p.b];
+    if (x == side::unsure || y == side::unsure) return -1;
+    return x == y ? 0 : x == side::below ? 1 : 2;
+}
+
 // A scratch byte per half-edge, kept per thread between walks.
 std::vector<std::uint8_t>& marks(std::uint32_t n) {
     thread_local std::vector<std::uint8_t> scratch;
@@ -202,18 +213,14 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
         const std::vector<side>& sides = place_faces(table, light, quick, silhouette_tolerance);
         // Each edge is taken from `first`, so the records come in the order of the output.
         for (std::size_t i = 0; i < num_records; ++i) {
-            const face_pair p = pairs[i];
-            if (p.a != edge_record::none) {
-                const side x = sides[p.a];
-                const side y = sides[p.b];
-                if (x != side::unsure && y != side::unsure) {
-                    // Beyond the same bound: not taken; beyond opposite ones: taken (a placed
-                    // pair has a < b).
-                    if (x == y) continue;
-                    const edge_record& r = records[i];
-                    out.push_back({r.first, r.a, r.b});
-                    continue;
-                }
+            // Decided by the faces: taken from `first` either way round (a placed pair has
+            // a < b).
+            const int decided = by_sides(pairs[i], sides);
+            if (decided == 0) continue;
+            if (decided > 0) {
+                const edge_record& r = records[i];
+                out.push_back({r.first, r.a, r.b});
+                continue;
             }
             const edge_record& r = records[i];
             if (!(r.a < r.b)) continue;
@@ -229,17 +236,12 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
     std::vector<std::uint8_t>& taken = marks(n);
     const std::vector<side>& sides = place_faces(table, light, quick, 0.0);
     for (std::size_t i = 0; i < num_records; ++i) {
-        const face_pair p = pairs[i];
-        if (p.a != edge_record::none) {
-            const side x = sides[p.a];
-            const side y = sides[p.b];
-            if (x != side::unsure && y != side::unsure) {
-                // Lit on one side and turned away on the other: taken from the lit side.
-                if (x == y) continue;
-                const edge_record& r = records[i];
-                taken[x == side::below ? r.first : r.second] = 1;
-                continue;
-            }
+        const int decided = by_sides(pairs[i], sides);
+        if (decided == 0) continue;
+        if (decided > 0) {
+            const edge_record& r = records[i];
+            taken[decided == 1 ? r.first : r.second] = 1;
+            continue;
         }
         const edge_record& r = records[i];
         // The positions the edge table did not check are read checked (and always, as they
