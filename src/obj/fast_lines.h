@@ -50,10 +50,10 @@ inline const char* skip_blanks(const char* p) {
 /// less one (-1 for an empty field), and `p` moved behind it. False for a longer field.
 inline bool read_index_field(const char*& p, int& index) {
     const char* s = p;
-    int value = 0;
-    while (is_digit(*s) && s - p < 9) value = value * 10 + (*s++ - '0');
-    if (is_digit(*s)) return false;
-    index = value - 1;
+    std::uint32_t value = 0;  // wraps for more than 9 digits, which are refused
+    for (; is_digit(*s); ++s) value = value * 10 + static_cast<std::uint32_t>(*s - '0');
+    if (s - p > 9) return false;
+    index = static_cast<int>(value) - 1;
     p = s;
     return true;
 }

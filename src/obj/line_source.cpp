@@ -37,15 +37,12 @@ void line_source::skip_rest_of_line() {
     }
 }
 
-bool line_source::fill() {
+void line_source::next_block() {
     const std::size_t pending = m_end - m_begin;
-    if (pending <= max_line_length && !m_at_end) {
-        std::memmove(m_block.data(), m_block.data() + m_begin, pending);
-        m_begin = 0;
-        m_end = pending;
-        refill();
-    }
-    return m_begin != m_end;
+    std::memmove(m_block.data(), m_block.data() + m_begin, pending);
+    m_begin = 0;
+    m_end = pending;
+    refill();
 }
 
 bool line_source::next(const char*& first, const char*& last) {
@@ -78,10 +75,7 @@ bool line_source::next(const char*& first, const char*& last) {
             return true;
         }
         // An unfinished line of at most max_line_length bytes: move it to the front and read on.
-        std::memmove(m_block.data(), data + m_begin, pending);
-        m_begin = 0;
-        m_end = pending;
-        refill();
+        next_block();
     }
 }
 

@@ -37,7 +37,10 @@ public:
     /// Makes sure that the window holds the next line up to its '\n', or more than
     /// max_line_length bytes of it, or the rest of the stream. Returns false when nothing is
     /// left to read.
-    bool fill();
+    bool fill() {
+        if (m_end - m_begin <= max_line_length && !m_at_end) next_block();
+        return m_begin != m_end;
+    }
     /// The first byte of the next line. The window from here to the end of the block is followed
     /// by a '\n' that is not part of the stream, so a scan for '\n' stops at the latest there.
     const char* cursor() const { return m_block.data() + m_begin; }
@@ -51,6 +54,8 @@ public:
     }
 
 private:
+    /// Moves the unread bytes to the front of the block and reads on behind them.
+    void next_block();
     /// Reads the next block behind the kept bytes and puts the '\n' behind them; returns false
     /// when the stream delivered nothing.
     bool refill();

@@ -99,11 +99,13 @@ public:
     const char* read_common_line(const char* line) {
         const char* newline = nullptr;
         if (line[0] == 'f' && detail::is_blank(line[1])) {
-            face f;
+            face& f = add(m_info.faces, m_first[3]);  // read in place
             newline = detail::read_face_corners(line + 1, f);
-            if (newline == nullptr || newline - line > max_line) return nullptr;
+            if (newline == nullptr || newline - line > max_line) {
+                m_info.faces.pop_back();
+                return nullptr;
+            }
             f.material = m_current_material;
-            add(m_info.faces, m_first[3], f);
         } else if (line[0] != 'v') {
             return nullptr;
         } else if (detail::is_blank(line[1])) {
@@ -136,15 +138,15 @@ public:
 private:
     static constexpr std::ptrdiff_t max_line = detail::max_line_length;
 
-    /// Appends T(args...) to `v`, whose first line was read at input offset `first`.
+    /// Appends T(args...) to `v`, whose first line was read at input offset `first`; returns it.
     template <class T, class... Args>
-    void add(std::vector<T>& v, std::size_t& first, Args&&... args) {
+    T& add(std::vector<T>& v, std::size_t& first, Args&&... args) {
         if (v.size() == v.capacity()) {
             const std::size_t offset = m_lines.offset();
             if (v.empty()) first = offset;
             detail::make_room(v, first, offset, m_total);
         }
-        v.emplace_back(std::forward<Args>(args)...);
+        return v.emplace_back(std::forward<Args>(args)...);
     }
 
     void read_face(const char* pos, const char* last) {
