@@ -183,12 +183,30 @@ int by_sides(const face_pair& p, const std::vector<side>& sides) {
     return x == y ? 0 : x == side::below ? 1 : 2;
 }
 
-// A scratch byte per half-edge, kept per thread between walks.
-std::vector<std::uint8_t>& marks(std::uint32_t n) {
-    thread_local std::vector<std::uint8_t> scratch;
-    if (scratch.size() < n) scratch.resize(n);
-    std::fill_n(scratch.begin(), n, std::uint8_t{0});  // no memset: data() may be null
-    return scratch;
+// Sorts `indices`, distinct half-edge indices below n: few of them by comparison, many by a
+// byte per half-edge (kept per thread between walks) marked and collected in one pass.
+void sort_indices(std::vector<std::uint32_t>& indices, std::uint32_t n) {
+    if (indices.size() < n / 16) {
+        std::sort(indices.begin(), indices.end());
+        return;
+    }
+    thread_local std::vector<std::uint8_t> marks;
+    if (marks.size() < n) marks.resize(n);
+    std::fill_n(marks.begin(), n, std::uint8_t{0});  // no memset: data() may be null
+    for (std::uint32_t i : indices) marks[i] = 1;
+    indices.clear();
+    for (std::uint32_t i = 0; i < n; ++i) {
+        // Eight marks at a time where there are none.
+        if (i + 8 <= n) {
+            std::uint64_t word;
+            std::memcpy(&word, marks.data() + i, sizeof word);
+            if (word == 0) {
+                i += 7;
+                continue;
+            }
+        }
+        if (marks[i]) indices.push_back(i);
+    }
 }
 
 }  // namespace
@@ -231,16 +249,17 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
         return;
     }
 
-    // Either half-edge of a pair may be taken: marked by index, then collected in order.
-    const std::uint32_t n = source.num_edges();
-    std::vector<std::uint8_t>& taken = marks(n);
+    // Either half-edge of a pair may be taken: listed, then sorted. A half-edge is taken at most
+    // once, as it belongs to one record at most.
+    thread_local std::vector<std::uint32_t> taken;
+    taken.clear();
     const std::vector<side>& sides = place_faces(table, light, quick, 0.0);
     for (std::size_t i = 0; i < num_records; ++i) {
         const int decided = by_sides(pairs[i], sides);
         if (decided == 0) continue;
         if (decided > 0) {
             const edge_record& r = records[i];
-            taken[decided == 1 ? r.first : r.second] = 1;
+            taken.push_back(decided == 1 ? r.first : r.second);
             continue;
         }
         const edge_record& r = records[i];
@@ -256,22 +275,12 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
         // of a zero, which no oriented silhouette edge has.
         if (na == nb) continue;
         const int which = oriented_edge(quick, light, positions[r.a], positions[r.b], na, nb);
-        if (which == 1) taken[r.first] = 1;
-        if (which == 2 && r.second != edge_record::none) taken[r.second] = 1;
+        if (which == 1) taken.push_back(r.first);
+        if (which == 2 && r.second != edge_record::none) taken.push_back(r.second);
     }
+    sort_indices(taken, source.num_edges());
     const halfedge* const edges = source.edges().data();
-    for (std::uint32_t i = 0; i < n; ++i) {
-        // Eight marks at a time where there are none.
-        if (i + 8 <= n) {
-            std::uint64_t word;
-            std::memcpy(&word, taken.data() + i, sizeof word);
-            if (word == 0) {
-                i += 7;
-                continue;
-            }
-        }
-        if (taken[i]) out.push_back({i, edges[i].vertex, edges[i].m_twinedge->vertex});
-    }
+    for (std::uint32_t i : taken) out.push_back({i, edges[i].vertex, edges[i].m_twinedge->vertex});
 }
 
 }  // namespace facet::detail
