@@ -202,6 +202,7 @@ bool valid_vertex(int index, const std::vector<vector3d>& vertices) {
 void compute_face_normals(obj_info& info) {
     const std::vector<vector3d>& v = info.vertices;
     info.normals.reserve(info.faces.size());
+    detail::advise_huge_pages(info.normals.data(), info.normals.capacity() * sizeof(vector3d));
     int face_index = 0;
     for (face& f : info.faces) {
         vector3d n;

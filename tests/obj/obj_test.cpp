@@ -187,6 +187,17 @@ TEST(ObjParse, NumbersEqualTheCorrectlyRoundedValueOnARandomSample) {
     EXPECT_EQ(uv, expected_uv);
 }
 
+TEST(ObjParse, VectorsGrowAheadOfAStreamOfKnownSizeAndKeepLittleSpare) {
+    // The faces' room planned from the rate of their lines (doubling would leave 65536); the
+    // vertices' room, planned as if they went on to the end, given back.
+    std::string text;
+    for (int i = 0; i < 5000; ++i) text += "v 1 2 3\n";
+    for (int i = 0; i < 40000; ++i) text += "f 1 2 3\n";
+    const obj_info info = parse(text);
+    EXPECT_TRUE(info.vertices.size() == 5000u && info.vertices.capacity() < 5000u * 9 / 8);
+    EXPECT_TRUE(info.faces.size() == 40000u && info.faces.capacity() < 40000u * 9 / 8);
+}
+
 TEST(ObjParse, ComputedNormalOfBadOrDegenerateFaceIsZero) {
     const obj_info info =
         parse("v 0 0 2\nv 1 0 2\nv 0 1 2\nf 1 2 4\nf 0 1 2\nf 1 2 2\nf 1 2 3 99\n");
@@ -233,6 +244,10 @@ TEST(ObjParse, LongLinesKeepTheirFirst1023CharactersWhereverTheBlocksEnd) {
     EXPECT_EQ(info.faces[0].corner_count, 3);  // the corners after the cut are gone
     EXPECT_EQ(materials_of(info).back(), std::string(1023 - 7, 'm'));
     EXPECT_EQ(info.faces[1].material, 1);
+    // A line that starts 1023 bytes before the end of the first 64 KB block and runs past it.
+    const std::string edge =
+        "#" + std::string(64511, 'x') + "\nv 1 2 3" + std::string(1016, ' ') + "v 4 5 6\n";
+    EXPECT_EQ(parse(edge).vertices, normalised({{1, 2, 3}}));
 
     // Lines of every length from 8 to 1100 characters, so that block ends fall everywhere
     // inside and between lines; the lines too long keep only their keyword.
