@@ -9,6 +9,7 @@
 #include "facet/ifs.h"
 #include "facet/math3d.h"
 #include "ifs/box_projection.h"
+#include "ifs/unit_vectors.h"
 
 namespace facet::detail {
 
@@ -59,7 +60,7 @@ public:
         const vector3d& p1 = m_vertices[f.vertex[1]];
         const vector3d& p2 = m_vertices[f.vertex[2]];
         f.normal = cross(p1 - p0, p2 - p0);
-        f.normal.normalize();
+        normalize(f.normal);  // as f.normal.normalize(), two divisions in one
         if (m_box && f.style >= 0 && static_cast<std::uint32_t>(f.style) < m_projections.size()) {
             const box_projection& projection = m_projections[f.style];
             const unsigned axis = dominant_axis(f.normal);

@@ -92,13 +92,20 @@ public:
     std::uint32_t end(std::uint32_t position) const {
         return static_cast<std::uint32_t>(m_keys.data()[position] >> 32);
     }
-    /// The position of the first half-edge u -> v (u < num_vertices, unchecked), or none.
+    /// The position of the first half-edge u -> v (u < num_vertices, unchecked), or none. A
+    /// short list is counted through without a branch per key (the keys below the first
+    /// u -> v), a long one bisected.
     std::uint32_t find(std::uint32_t u, std::uint32_t v) const {
         const std::uint64_t* const keys = m_keys.data();
-        const std::uint64_t* const to = keys + last(u);
-        const std::uint64_t* const at =
-            std::lower_bound(keys + first(u), to, std::uint64_t{v} << 32);
-        return at != to && *at >> 32 == v ? static_cast<std::uint32_t>(at - keys) : none;
+        const std::uint32_t from = first(u);
+        const std::uint32_t to = last(u);
+        const std::uint64_t key = std::uint64_t{v} << 32;
+        std::uint32_t at = from;
+        if (to - from <= 16)
+            for (std::uint32_t p = from; p != to; ++p) at += keys[p] < key;
+        else
+            at = static_cast<std::uint32_t>(std::lower_bound(keys + from, keys + to, key) - keys);
+        return at != to && keys[at] >> 32 == v ? at : none;
     }
     /// The faces' vertex indices, three per face in face order (vertex k of face i at 3i + k).
     const std::uint32_t* corners() const { return m_corners.data(); }
