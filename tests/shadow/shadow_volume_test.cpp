@@ -183,6 +183,62 @@ TEST(ShadowVolume, BothBuildersMatchTheReference) {
     EXPECT_EQ(dump(untouched.out), dump(untouched.expected));
 }
 
+// A closed UV sphere of `slices` · 2 · (stacks − 1) triangles, radius `scale` about (c, c, c),
+// its ring vertices moved by up to `noise` · scale along each axis.
+mesh_data sphere(std::uint32_t slices, std::uint32_t stacks, double scale, double c, double noise,
+                 std::mt19937_64& rng) {
+    std::uniform_real_distribution<double> jitter(-noise / 2, noise / 2);
+    const double pi = 3.141592653589793;
+    mesh_data m{{{c, c + scale, c}}, {}};
+    for (std::uint32_t r = 1; r < stacks; ++r)
+        for (std::uint32_t s = 0; s < slices; ++s) {
+            const double th = pi * r / stacks, ph = 2 * pi * s / slices;
+            m.first.push_back(vector3d(c, c, c) +
+                              scale * vector3d(std::sin(th) * std::sin(ph) + jitter(rng),
+                                               std::cos(th) + jitter(rng),
+                                               std::sin(th) * std::cos(ph) + jitter(rng)));
+        }
+    const auto south = static_cast<std::uint32_t>(m.first.size());
+    m.first.push_back(vector3d(c, c - scale, c));
+    const auto at = [slices](std::uint32_t r, std::uint32_t s) {
+        return 1 + (r - 1) * slices + s % slices;
+    };
+    for (std::uint32_t s = 0; s < slices; ++s) {
+        m.second.emplace_back(0, at(1, s), at(1, s + 1));
+        m.second.emplace_back(south, at(stacks - 1, s + 1), at(stacks - 1, s));
+        for (std::uint32_t r = 1; r + 1 < stacks; ++r) {
+            m.second.emplace_back(at(r, s), at(r + 1, s), at(r + 1, s + 1));
+            m.second.emplace_back(at(r, s), at(r + 1, s + 1), at(r, s + 1));
+        }
+    }
+    return m;
+}
+
+TEST(ShadowVolume, RandomSpheresSeenFromTheSilhouetteBounds) {
+    // Spheres of any size and place, some uneven or tilted; lights around them and where an
+    // edge's face lies within a few units of rounding of the bounds (±1 degree, or edge-on).
+    std::mt19937_64 rng(5);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    const double e = 0.017453292519943295, nudge[] = {0.0, 1e-12, -1e-9, 1e-7, -1e-5};
+    for (int trial = 0; trial < 40; ++trial) {
+        const double scale = std::pow(10.0, 12 * u(rng) - 6);
+        const double c = trial % 3 == 0 ? std::pow(10.0, 8 * u(rng)) : 0.0;
+        mesh_object object(sphere(3 + rng() % 14, 2 + rng() % 9, scale, c, 0.2 * (trial % 2), rng),
+                           trial % 5 == 0 ? tilt : nullptr);
+        volume_check check(object);
+        const indexedfaceset& src = object.get_mesh();
+        for (int k = 0; k < 8; ++k) {
+            const halfedge& h = src.get_edge(static_cast<std::uint32_t>(rng() % src.num_edges()));
+            const vector3d m = (src.get_vertex(h.vertex) + src.get_vertex(h.next->vertex)) / 2.0;
+            const vector3d side = reference::unit(cross(h.face->normal, vector3d(0.3, 0.7, 0.1)));
+            const double z = e * (static_cast<double>(k % 3) - 1.0) * (1.0 + nudge[rng() % 5]);
+            check.expect(k == 0 ? vector3d(c, c, c) + scale * 3.0 * vector3d(u(rng), u(rng), 1.0)
+                                : m - std::pow(10.0, 3 * u(rng) - 1) * scale *
+                                          (z * h.face->normal + std::sqrt(1 - z * z) * side));
+        }
+    }
+}
+
 TEST(ShadowVolume, EditsOfTheFaceSetReachTheNextVolume) {
     // The first volumes build the face sets' edge tables; every edit must drop them.
     const std::function<void(indexedfaceset&, indexedfaceset&)> edits[] = {
