@@ -550,11 +550,15 @@ private:
     // members of the face set and the style).
     void apply_object_appearance(const primitives::basic_object& object);
     // construct_halfedge_data; with an angle (degrees), followed by determine_sharp_edges at
-    // that angle, in the same pass over the half-edges.
-    void link_halfedges(const double* sharp_angle);
+    // that angle, in the same pass over the half-edges. `corners`, when given and holding the
+    // faces' vertex indices packed three per face, is read instead of the face records and
+    // holds them again on return.
+    void link_halfedges(const double* sharp_angle, carray<std::uint32_t>* corners = nullptr);
     // smooth_mesh; with edges_as_built, for half-edges untouched since construct_halfedge_data
     // (so half-edge e belongs to face e / 3), the face normals are read from the faces directly.
-    void smooth_corners(double angle, bool edges_as_built);
+    // `corners` as for link_halfedges, but used up.
+    void smooth_corners(double angle, bool edges_as_built,
+                        carray<std::uint32_t>* corners = nullptr);
     // apply_object_appearance without touching the faces: the display flags only.
     void apply_display_flags(const primitives::basic_object& object);
     void apply_texture_settings(const primitives::basic_object& object);

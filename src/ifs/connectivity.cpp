@@ -8,12 +8,12 @@
 
 void indexedfaceset::construct_halfedge_data() { link_halfedges(nullptr); }
 
-void indexedfaceset::link_halfedges(const double* sharp_angle) {
+void indexedfaceset::link_halfedges(const double* sharp_angle, carray<std::uint32_t>* corners) {
     drop_edge_table();
     const std::uint32_t num_vertices = this->num_vertices();
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_edges = 3 * num_faces;
-    const facet::detail::outgoing_edges outgoing(m_faces, num_vertices);
+    facet::detail::outgoing_edges outgoing(m_faces, num_vertices, corners);
 
     // A half-edge u -> v pairs with the first half-edge v -> u (in index order) if that one is
     // still unpaired. Whichever of the lists of u and v a walk vertex by vertex reaches first, the
@@ -49,11 +49,11 @@ void indexedfaceset::link_halfedges(const double* sharp_angle) {
     facet::detail::size_for_overwrite(m_edges, num_edges);  // each one written
     halfedge* const edges = m_edges.data();
     face* const faces = m_faces.data();
-    const std::uint32_t* const corners = outgoing.corners();
+    const std::uint32_t* const vertex_of = outgoing.corners();
     for (std::uint32_t i = 0; i < num_faces; ++i) {
         halfedge* e = edges + 3 * i;
         for (std::uint32_t k = 0; k < 3; ++k) {
-            e[k] = halfedge(corners[3 * i + k], faces + i);
+            e[k] = halfedge(vertex_of[3 * i + k], faces + i);
             const std::uint32_t t = twin[3 * i + k];
             e[k].m_twinedge = t == none ? nullptr : edges + t;
             if (mark)
@@ -68,4 +68,5 @@ void indexedfaceset::link_halfedges(const double* sharp_angle) {
         e[2].next = &e[0];
         e[2].prev = &e[1];
     }
+    if (corners != nullptr) outgoing.hand_back(*corners);
 }

@@ -45,6 +45,9 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     facet::detail::size_for_overwrite(m_tangents, 3 * n);
     facet::detail::size_for_overwrite(m_bitangents, 3 * n);
     facet::detail::size_for_overwrite(m_face_normals, n);
+    // The vertex indices packed three per face, for the half-edge lists of both passes.
+    carray<std::uint32_t> corners;
+    facet::detail::size_for_overwrite(corners, 3 * n);
     if (box) facet::detail::size_for_overwrite(m_texcoords, 3 * n);
     const facet::detail::face_shading shade(m_vertices, m_texcoords, m_styles, m_texture_rotated,
                                             box);
@@ -67,16 +70,18 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
         }
         m_face_normals.data()[j] = shade(f, j);
         m_faces[j] = f;
+        for (std::uint32_t k = 0; k < 3; ++k) corners.data()[3 * j + k] = f.vertex[k];
     }
 
     // 5. - 9.
     const double angle = c.get_smoothing_threshold_angle();
-    link_halfedges(&angle);  // construct_halfedge_data, then determine_sharp_edges
+    link_halfedges(&angle, &corners);  // construct_halfedge_data, then determine_sharp_edges
     set_visible_edge_treshold(c.get_visible_edge_threshold_angle());
     m_backface_culling = c.get_backface_culling();
     m_edges_only = c.edges_only();
     m_show_texture_in_bw_mode = c.show_texture_in_bw_mode();
     m_black_in_bw_mode = c.black_in_bw_mode();
     m_texture_rotated = c.texture_rotated();
-    smooth_corners(angle, true);
+    smooth_corners(angle, true, &corners);
+    facet::detail::recycle(corners);
 }

@@ -27,6 +27,9 @@ void indexedfaceset::create_mesh(const primitives::mesh& m) {
     facet::detail::size_for_overwrite(m_tangents, 3 * n);
     facet::detail::size_for_overwrite(m_bitangents, 3 * n);
     facet::detail::size_for_overwrite(m_face_normals, n);
+    // The vertex indices packed three per face, for the half-edge lists of both passes.
+    carray<std::uint32_t> corners;
+    facet::detail::size_for_overwrite(corners, 3 * n);
     if (box) facet::detail::size_for_overwrite(m_texcoords, 3 * n);
     const facet::detail::face_shading shade(m_vertices, m_texcoords, m_styles, m_texture_rotated,
                                             box);
@@ -44,10 +47,12 @@ void indexedfaceset::create_mesh(const primitives::mesh& m) {
         f.vertex[2] = t->vertex[2];
         normals[j] = shade(f, j);
         faces[j] = f;
+        for (std::uint32_t k = 0; k < 3; ++k) corners.data()[3 * j + k] = f.vertex[k];
     }
 
     const double angle = m.get_smoothing_threshold_angle();
-    link_halfedges(&angle);  // construct_halfedge_data, then determine_sharp_edges
+    link_halfedges(&angle, &corners);  // construct_halfedge_data, then determine_sharp_edges
     set_visible_edge_treshold(m.get_visible_edge_threshold_angle());
-    smooth_corners(angle, true);
+    smooth_corners(angle, true, &corners);
+    facet::detail::recycle(corners);
 }

@@ -6,6 +6,7 @@
 
 #include "facet/carray.h"
 #include "facet/ifs.h"
+#include "ifs/corner_counts.h"
 #include "ifs/mesh_buffers.h"
 
 namespace facet::detail {
@@ -21,26 +22,18 @@ public:
     /// Groups the 3 · faces.size() half-edges by end vertex, each list in increasing half-edge
     /// index: the lists one gets by appending each half-edge, in index order, to the list of its
     /// end vertex. A vertex index at or beyond `num_vertices` fails "index < m_size".
-    incoming_edges(const carray<face>& faces, std::uint32_t num_vertices) {
+    /// `packed`: see count_corners.
+    incoming_edges(const carray<face>& faces, std::uint32_t num_vertices,
+                   carray<std::uint32_t>* packed = nullptr) {
         const std::uint32_t num_faces = faces.size();
         // Every element of these arrays is written below before it is read.
         size_for_overwrite(m_first, num_vertices + 1);
         size_for_overwrite(m_edges, 3 * num_faces);
 
         // Checked once here: every vertex index is in range from then on. Each corner of a face
-        // is the start of one half-edge and the end of another, so the counts serve both. The
-        // face records are read only here; the corners are copied into a packed array (three
-        // indices per face) for the passes that follow.
+        // is the start of one half-edge and the end of another, so the counts serve both.
         carray<std::uint32_t> count;
-        size_for_overwrite(count, num_vertices);
-        std::fill(count.begin(), count.end(), 0u);
-        size_for_overwrite(m_corners, 3 * num_faces);
-        std::uint32_t* packed = m_corners.data();
-        for (const face& f : faces)
-            for (std::uint32_t v : f.vertex) {
-                ++count[v];
-                *packed++ = v;
-            }
+        count_corners(faces, num_vertices, packed, m_corners, count);
         const std::uint32_t* const fs = m_corners.data();
         std::uint32_t* first = m_first.data();
         first[0] = 0;

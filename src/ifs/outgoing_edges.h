@@ -6,6 +6,7 @@
 
 #include "facet/carray.h"
 #include "facet/ifs.h"
+#include "ifs/corner_counts.h"
 #include "ifs/mesh_buffers.h"
 
 namespace facet::detail {
@@ -23,25 +24,17 @@ public:
     static constexpr std::uint32_t none = 0xffffffffu;
 
     /// Groups the 3 · faces.size() half-edges by start vertex. A vertex index at or beyond
-    /// `num_vertices` fails "index < m_size".
-    outgoing_edges(const carray<face>& faces, std::uint32_t num_vertices) {
+    /// `num_vertices` fails "index < m_size". `packed`: see count_corners; hand_back returns it.
+    outgoing_edges(const carray<face>& faces, std::uint32_t num_vertices,
+                   carray<std::uint32_t>* packed = nullptr) {
         const std::uint32_t num_faces = faces.size();
         // Every element of these arrays is written below before it is read.
         size_for_overwrite(m_first, num_vertices + 1);
         size_for_overwrite(m_keys, 3 * num_faces);
-        size_for_overwrite(m_corners, 3 * num_faces);
 
-        // Checked once here: every vertex index is in range from then on. The face records are
-        // read only here; the corners are copied into a packed array (three per face).
+        // Checked once here: every vertex index is in range from then on.
         carray<std::uint32_t> count;
-        size_for_overwrite(count, num_vertices);
-        std::fill(count.begin(), count.end(), 0u);
-        std::uint32_t* packed = m_corners.data();
-        for (const face& f : faces)
-            for (std::uint32_t v : f.vertex) {
-                ++count[v];
-                *packed++ = v;
-            }
+        count_corners(faces, num_vertices, packed, m_corners, count);
         std::uint32_t* const first = m_first.data();
         std::uint32_t* const next = count.data();  // becomes the bucket cursors
         first[0] = 0;
@@ -109,6 +102,8 @@ public:
     }
     /// The faces' vertex indices, three per face in face order (vertex k of face i at 3i + k).
     const std::uint32_t* corners() const { return m_corners.data(); }
+    /// Moves the packed vertex indices into `out`, for the next user; corners() is then empty.
+    void hand_back(carray<std::uint32_t>& out) { out.swap(m_corners); }
 
 private:
     carray<std::uint32_t> m_first;    // num_vertices + 1 offsets into m_keys

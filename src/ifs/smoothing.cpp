@@ -133,11 +133,12 @@ void smooth_two(const distinct_normals& around, const vector3d& own_a, const vec
 
 void indexedfaceset::smooth_mesh(double angle) { smooth_corners(angle, false); }
 
-void indexedfaceset::smooth_corners(double angle, bool edges_as_built) {
+void indexedfaceset::smooth_corners(double angle, bool edges_as_built,
+                                    carray<std::uint32_t>* corners) {
     const double threshold = std::cos(angle * geometry::pi / 180.0);
     const std::uint32_t num_faces = this->num_faces();
     const std::uint32_t num_vertices = this->num_vertices();
-    const facet::detail::incoming_edges incoming(m_faces, num_vertices);
+    const facet::detail::incoming_edges incoming(m_faces, num_vertices, corners);
     // The lists name half-edges 0 .. 3 · num_faces − 1, which must exist (checked once here);
     // the corner arrays hold 3 · num_faces entries (checked once here too).
     if (num_faces > 0) {
