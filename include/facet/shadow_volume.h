@@ -179,6 +179,8 @@ private:
     std::uint32_t find_position(const primitives::basic_object* master) const;
     // The entry of `master`, or null.
     entry* find_entry(const primitives::basic_object* master);
+    // Asks the processor to fetch what a lookup of the record after position `p` reads.
+    void prefetch_after(std::size_t p) const;
     // Files position `position` of m_records under its master in the index (it must be absent).
     void index_entry(std::uint32_t position);
     // Refills the index from m_records, with room for twice as many entries.
@@ -192,4 +194,6 @@ private:
     std::vector<entry> m_records;
     std::size_t m_sorted = 0;
     std::vector<std::uint32_t> m_index;
+    // The position of the entry found last, tried (with the next one) before the index.
+    std::size_t m_hint = 0;
 };

@@ -83,8 +83,36 @@ std::uint32_t shadow_volume_map::find_position(master_ptr master) const {
 }
 
 shadow_volume_map::entry* shadow_volume_map::find_entry(master_ptr master) {
-    const std::uint32_t p = find_position(master);
-    return p == no_entry ? nullptr : &m_records[p];
+    // The entry found last and the one after it first: a host asks in much the same order every
+    // frame, often the order in which it created the objects, which is mostly the key order.
+    std::size_t p = m_hint;
+    if (!(p < m_records.size() && m_records[p].master == master)) {
+        ++p;
+        if (!(p < m_records.size() && m_records[p].master == master)) {
+            p = find_position(master);
+            if (p == no_entry) return nullptr;
+        }
+    }
+    m_hint = p;
+    prefetch_after(p);
+    return &m_records[p];
+}
+
+void shadow_volume_map::prefetch_after(std::size_t p) const {
+    // What the lookups in key order will read a few records on, so that its memory is on the way
+    // when they come: a volume's light index (which may change at any time and so is not kept
+    // here), and, further on, the list of volumes that leads to it.
+    constexpr std::size_t volume_distance = 8;
+    constexpr std::size_t list_distance = 16;
+    const std::size_t n = m_records.size();
+    if (p + list_distance < n)
+        __builtin_prefetch(m_records[p + list_distance].record.volumes.data());
+    if (p + volume_distance < n && !m_records[p + volume_distance].record.volumes.empty()) {
+        const auto* const next =
+            reinterpret_cast<const char*>(m_records[p + volume_distance].record.volumes[0]);
+        __builtin_prefetch(next);
+        __builtin_prefetch(next + sizeof(shadow_volume) - 1);
+    }
 }
 
 void shadow_volume_map::index_entry(std::uint32_t position) {
