@@ -21,9 +21,11 @@
 #include <facet/primitives.h>
 #include <facet/shadow_volume.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <memory>
+#include <random>
 #include <vector>
 
 #include "ratio_table.h"
@@ -207,14 +209,17 @@ void one_pass_rebuild_sphere(benchmark::State& state) { on_sphere(state, one_pas
 
 // One frame of the host with N objects that each have a volume for light 0: reset the marks,
 // look every object's volume up and file it again (the add that keeps a found volume), sweep
-// (which keeps all of them). Objects are visited in scene order, not key order.
-void map_frame(benchmark::State& state) {
+// (which keeps all of them). map_frame visits the objects in the order they were created (here
+// also the map's key order, their addresses ascending); map_frame_shuffled in a random order,
+// which no lookup can foresee.
+void frame_cycle(benchmark::State& state, bool shuffled) {
     const auto n = static_cast<std::size_t>(state.range(0));
     std::vector<std::unique_ptr<primitives::basic_object>> objects;
     for (std::size_t i = 0; i < n; ++i)
         objects.push_back(std::make_unique<primitives::basic_object>());
     shadow_volume_map map;
     for (const auto& o : objects) map.add_shadow_volume(new shadow_volume(o.get(), light, 0.0, 0));
+    if (shuffled) std::shuffle(objects.begin(), objects.end(), std::mt19937(7));
     for (auto _ : state) {
         map.reset_records();
         for (const auto& o : objects) map.add_shadow_volume(map.get_shadow_volume(o.get(), 0));
@@ -226,6 +231,9 @@ void map_frame(benchmark::State& state) {
         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
     state.counters["records"] = static_cast<double>(map.num_records());
 }
+
+void map_frame(benchmark::State& state) { frame_cycle(state, false); }
+void map_frame_shuffled(benchmark::State& state) { frame_cycle(state, true); }
 
 }  // namespace
 
@@ -240,6 +248,7 @@ FACET_SIZES(one_pass_build_sphere);
 FACET_SIZES(one_pass_rebuild_cylinder);
 FACET_SIZES(one_pass_rebuild_sphere);
 BENCHMARK(map_frame)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(map_frame_shuffled)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);

@@ -179,8 +179,8 @@ private:
     std::uint32_t find_position(const primitives::basic_object* master) const;
     // The entry of `master`, or null.
     entry* find_entry(const primitives::basic_object* master);
-    // Asks the processor to fetch what a lookup of the record after position `p` reads.
-    void prefetch_after(std::size_t p) const;
+    // Asks the processor for the memory of the lookups ahead in the last frame's order.
+    void prefetch_ahead() const;
     // Files position `position` of m_records under its master in the index (it must be absent).
     void index_entry(std::uint32_t position);
     // Refills the index from m_records, with room for twice as many entries.
@@ -194,6 +194,12 @@ private:
     std::vector<entry> m_records;
     std::size_t m_sorted = 0;
     std::vector<std::uint32_t> m_index;
-    // The position of the entry found last, tried (with the next one) before the index.
+    // The positions of the entries found by the lookups of the last frame (between two
+    // reset_records) and of this one, in order (4 bytes per lookup, at most about four per
+    // record); the number of this frame's lookups; the position found last. A lookup tries the
+    // last one and the one at its place in the last frame's order before the index.
+    std::vector<std::uint32_t> m_last_frame;
+    std::vector<std::uint32_t> m_this_frame;
+    std::size_t m_cursor = 0;
     std::size_t m_hint = 0;
 };

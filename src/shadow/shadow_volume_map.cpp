@@ -83,35 +83,45 @@ std::uint32_t shadow_volume_map::find_position(master_ptr master) const {
 }
 
 shadow_volume_map::entry* shadow_volume_map::find_entry(master_ptr master) {
-    // The entry found last and the one after it first: a host asks in much the same order every
-    // frame, often the order in which it created the objects, which is mostly the key order.
+    // The entry found last (an add after a lookup of the same object), then the entry that was
+    // asked for at this point of the last frame: a host mostly asks in the same order every
+    // frame. The hash index only when neither is it.
+    const std::size_t n = m_records.size();
     std::size_t p = m_hint;
-    if (!(p < m_records.size() && m_records[p].master == master)) {
-        ++p;
-        if (!(p < m_records.size() && m_records[p].master == master)) {
-            p = find_position(master);
-            if (p == no_entry) return nullptr;
-        }
+    if (p < n && m_records[p].master == master) return &m_records[p];
+    p = m_cursor < m_last_frame.size() ? m_last_frame[m_cursor] : no_entry;
+    if (!(p < n && m_records[p].master == master)) {
+        p = find_position(master);
+        if (p == no_entry) return nullptr;
     }
+    // A host that never resets its records is not followed any further.
+    if (m_this_frame.size() < 4 * n + 64) m_this_frame.push_back(static_cast<std::uint32_t>(p));
+    ++m_cursor;
     m_hint = p;
-    prefetch_after(p);
+    prefetch_ahead();
     return &m_records[p];
 }
 
-void shadow_volume_map::prefetch_after(std::size_t p) const {
-    // What the lookups in key order will read a few records on, so that its memory is on the way
-    // when they come: a volume's light index (which may change at any time and so is not kept
-    // here), and, further on, the list of volumes that leads to it.
-    constexpr std::size_t volume_distance = 8;
-    constexpr std::size_t list_distance = 16;
-    const std::size_t n = m_records.size();
-    if (p + list_distance < n)
-        __builtin_prefetch(m_records[p + list_distance].record.volumes.data());
-    if (p + volume_distance < n && !m_records[p + volume_distance].record.volumes.empty()) {
-        const auto* const next =
-            reinterpret_cast<const char*>(m_records[p + volume_distance].record.volumes[0]);
-        __builtin_prefetch(next);
-        __builtin_prefetch(next + sizeof(shadow_volume) - 1);
+void shadow_volume_map::prefetch_ahead() const {
+    // Asks for the memory that the lookups a few steps ahead in the last frame's order will
+    // read, each step further out one link earlier in the chain: the entry, then its list of
+    // volumes (read from the entry fetched a step before), then the first volume (its light
+    // index, which set_light may change at any time and so is not kept here).
+    constexpr std::size_t step = 8;
+    const auto ahead = [this](std::size_t k) -> const entry* {
+        k += m_cursor;
+        if (k >= m_last_frame.size() || m_last_frame[k] >= m_records.size()) return nullptr;
+        return &m_records[m_last_frame[k]];
+    };
+    if (const entry* e = ahead(3 * step)) {
+        __builtin_prefetch(e);
+        __builtin_prefetch(reinterpret_cast<const char*>(e + 1) - 1);
+    }
+    if (const entry* e = ahead(2 * step)) __builtin_prefetch(e->record.volumes.data());
+    if (const entry* e = ahead(step); e != nullptr && !e->record.volumes.empty()) {
+        const auto* const volume = reinterpret_cast<const char*>(e->record.volumes[0]);
+        __builtin_prefetch(volume);
+        __builtin_prefetch(volume + sizeof(shadow_volume) - 1);
     }
 }
 
@@ -191,6 +201,9 @@ shadow_volume* shadow_volume_map::get_shadow_volume(master_ptr primitive,
 
 void shadow_volume_map::reset_records() {
     for (entry& e : m_records) e.record.used = false;
+    m_last_frame.swap(m_this_frame);
+    m_this_frame.clear();
+    m_cursor = 0;
 }
 
 void shadow_volume_map::remove_unused_volumes() {
@@ -238,7 +251,10 @@ void shadow_volume_map::remove_unused_volumes() {
         moved = true;
     }
     m_sorted = m_records.size();
-    if (moved) rebuild_index();
+    if (moved) {
+        rebuild_index();
+        m_this_frame.clear();  // the positions found this frame have changed
+    }
 }
 
 const primitive_shadow_record* shadow_volume_map::find_record(master_ptr primitive) const {
