@@ -121,6 +121,11 @@ struct FACET_API primitive_shadow_record {
 /// Per frame the host runs a mark-and-sweep cycle: reset_records, then get_shadow_volume or
 /// get_primitive_shadow_volumes for the objects it still needs (which marks their records),
 /// add_shadow_volume for the missing ones, then remove_unused_volumes.
+///
+/// Speed: a lookup costs about the same whatever the number of records. The map remembers the
+/// order of the last frame's lookups (4 bytes each) and, when the host asks in the same order
+/// again, finds each record without a search and fetches the memory of the next ones ahead, so
+/// such frames keep their cost per object also when the volumes no longer fit in the caches.
 class FACET_API shadow_volume_map {
 public:
     shadow_volume_map() = default;
