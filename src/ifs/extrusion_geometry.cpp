@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "facet/triangulate.h"
+#include "ifs/face_shading.h"
 
 namespace facet::detail {
 
@@ -42,16 +43,6 @@ cap_triangulation triangulate_cap(const std::vector<vector2d>& outline) {
 }
 
 namespace {
-
-// 0, 1 or 2: the axis that a projection along it suits best, from the normal's components.
-unsigned dominant_axis(const vector3d& n) {
-    const double ax = std::fabs(n.x);
-    const double ay = std::fabs(n.y);
-    const double az = std::fabs(n.z);
-    if (ax >= ay && ax >= az) return 0;
-    if (ay >= ax && ay >= az) return 1;
-    return 2;
-}
 
 vector2d project_along(unsigned axis, const vector3d& p) {
     switch (axis) {
