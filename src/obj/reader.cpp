@@ -109,17 +109,17 @@ public:
         } else if (line[0] != 'v') {
             return nullptr;
         } else if (detail::is_blank(line[1])) {
-            float v[3];
+            float v[3] = {};
             newline = detail::read_number_line(line + 1, v);
             if (newline == nullptr || newline - line > max_line) return nullptr;
             add(m_info.vertices, m_first[0], v[0], v[1], v[2]);
         } else if (line[1] == 't' && detail::is_blank(line[2])) {
-            double t[2];
+            double t[2] = {};
             newline = detail::read_number_line(line + 2, t);
             if (newline == nullptr || newline - line > max_line) return nullptr;
             add(m_info.texcoords, m_first[1], texcoord{t[0], t[1]});
         } else if (line[1] == 'n' && detail::is_blank(line[2])) {
-            double n[3];
+            double n[3] = {};
             newline = detail::read_number_line(line + 2, n);
             if (newline == nullptr || newline - line > max_line) return nullptr;
             add(m_info.normals, m_first[2], n[0], n[1], n[2]);
