@@ -317,6 +317,12 @@ void pass_sharp_edges(benchmark::State& s) { one_pass<normal>(s, "sharp_edges");
 void pass_texcoords_and_tangents(benchmark::State& s) {
     one_pass<indices | normal, texcoord_indices | frame>(s, "texcoords_and_tangents");
 }
+// Smoothing stays several times this row: on the wavy grid 83% of the corners turn by 0.1
+// degree or more, and each pair of a face normal and a smoothed normal is met once, so every
+// such corner takes its own arc cosine and its own sine and cosine of the half angle (0.83
+// acos and 0.83 sincos calls per corner at every size; 0.835 and 0.834 at 250). Those calls
+// alone take about 1.6 to 2 times this row, before the square roots and divisions of the sums
+// and of the turned frames.
 void pass_smoothing(benchmark::State& s) {
     one_pass<indices | texcoord_indices | normal | frame>(s, "smoothing");
 }
