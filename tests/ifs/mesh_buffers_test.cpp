@@ -26,7 +26,8 @@ primitives::mesh wavy_grid(std::uint32_t n, std::uint32_t seed) {
     primitives::mesh m;
     const std::uint32_t k = n + 1;
     for (std::uint32_t v = 0; v < k * k; ++v)
-        m.add_vertex(vector3d(1.1 * (v % k), (rng() % 5) * 0.25 * std::sin(0.5 * (v % k) + v / k), v / k));
+        m.add_vertex(
+            vector3d(1.1 * (v % k), (rng() % 5) * 0.25 * std::sin(0.5 * (v % k) + v / k), v / k));
     for (std::uint32_t v = 0; v < n * k; ++v)
         if (v % k != n) m.add_quad(v + 1, v, v + k, v + k + 1);
     using tri = primitives::mesh::triangle;
