@@ -126,7 +126,7 @@ TEST(ObjParse, NumberCountsPerKeywordAndSinglePrecisionVertices) {
         "# v 9 9 9\n\n \t\r\nmtllib a.mtl\no thing\ng group\ns 1\nvp 1 2 3\nV 1 2 3\n"
         "v 0.1 0.2 0.3 0.4 0.5\nv 1 2\nv\nv a b c\nv 1e39 -1e-50 inf\nv nan 0x10 +2.5\n"
         "\tv\t1.5abc\t-.5\t5.\r\n  # v 7 8 9\n"
-        "vt 0.1 0.2\nvt 0.5\nvt 0.5 0.5 0\nvt x 1e400\nvt 0.5 0.25 \r\n"
+        "vt 0.1 0.2\nvt 0.5\nvt 0.5 0.5 0\nvt x 1e400\nvt 0.5 0.25: \r\n"
         "vn 0.1 0.2 0.3\nvn 1 2\nvn 1 2 3 4\nvn 0 1 0\nf 1 2 1");  // no final newline
     EXPECT_EQ(info.vertices,
               normalised({{0.1f, 0.2f, 0.3f}, {0, 0, 0}, {0, 0, 0}, {0, 0, 2.5}, {1.5, -0.5, 5}}));
