@@ -175,7 +175,7 @@ std::vector<side>& place_faces(const edge_table& table, const vector3d& light,
 // A record decided by the sides of its two faces, as oriented_edge numbers it: 0 when both lie
 // beyond the same bound, 1 when the first lies below and the second above, 2 the other way
 // round; −1 when the faces do not decide it.
-int by_sides(const face_pair& p, const std::vector<side>& sides) {
+int by_sides(const face_pair& p, const side* sides) {
     if (p.a == edge_record::none) return -1;
     const side x = sides[p.a];
     const side y = sides[p.b];
@@ -228,7 +228,7 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
     const edge_record* const records = table.records.data();
     const face_pair* const pairs = table.pairs.data();
     if (rule == silhouette_rule::tolerant) {
-        const std::vector<side>& sides = place_faces(table, light, quick, silhouette_tolerance);
+        const side* const sides = place_faces(table, light, quick, silhouette_tolerance).data();
         // Each edge is taken from `first`, so the records come in the order of the output.
         for (std::size_t i = 0; i < num_records; ++i) {
             // Decided by the faces: taken from `first` either way round (a placed pair has
@@ -253,7 +253,7 @@ void find_silhouette(const indexedfaceset& source, const edge_table& table, cons
     // once, as it belongs to one record at most.
     thread_local std::vector<std::uint32_t> taken;
     taken.clear();
-    const std::vector<side>& sides = place_faces(table, light, quick, 0.0);
+    const side* const sides = place_faces(table, light, quick, 0.0).data();
     for (std::size_t i = 0; i < num_records; ++i) {
         const int decided = by_sides(pairs[i], sides);
         if (decided == 0) continue;
