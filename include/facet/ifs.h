@@ -565,6 +565,11 @@ private:
     // gen_texcoords_box without touching the tangents and bitangents (set_texture_params
     // computes them next).
     void gen_box_texcoords();
+    // Sizes, for a builder that shades each of its `n` faces as it writes it, the per-corner
+    // normals and frames (written later by smoothing), the packed face normals, `corners` (the
+    // vertex indices packed three per face) and, with box texture coordinates, the texture
+    // coordinates: every element is written, none is cleared.
+    void size_shaded_arrays(std::uint32_t n, bool box, carray<std::uint32_t>& corners);
 
     carray<vector3d> m_vertices;
     carray<texcoord> m_texcoords;

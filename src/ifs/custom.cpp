@@ -40,15 +40,9 @@ void indexedfaceset::create_mesh(const primitives::custom& c) {
     const bool box = c.get_texgen_mode() == graphics::texgen_mode::box;
     const std::uint32_t n = source.num_faces();
     facet::detail::size_for_overwrite(m_faces, n);  // each one written
-    // smooth_mesh writes every corner normal, tangent and bitangent: they are left unwritten.
-    facet::detail::size_for_overwrite(m_normals, 3 * n);
-    facet::detail::size_for_overwrite(m_tangents, 3 * n);
-    facet::detail::size_for_overwrite(m_bitangents, 3 * n);
-    facet::detail::size_for_overwrite(m_face_normals, n);
     // The vertex indices packed three per face, for the half-edge lists of both passes.
     carray<std::uint32_t> corners;
-    facet::detail::size_for_overwrite(corners, 3 * n);
-    if (box) facet::detail::size_for_overwrite(m_texcoords, 3 * n);
+    size_shaded_arrays(n, box, corners);
     const facet::detail::face_shading shade(m_vertices, m_texcoords, m_styles, m_texture_rotated,
                                             box);
     const graphics::brush object_brush = c.get_brush();

@@ -22,15 +22,9 @@ void indexedfaceset::create_mesh(const primitives::mesh& m) {
     apply_texture_settings(m);
     const bool box = m.get_texgen_mode() == graphics::texgen_mode::box;
     const std::uint32_t n = m.triangles_size();
-    // smooth_mesh writes every corner normal, tangent and bitangent: they are left unwritten.
-    facet::detail::size_for_overwrite(m_normals, 3 * n);
-    facet::detail::size_for_overwrite(m_tangents, 3 * n);
-    facet::detail::size_for_overwrite(m_bitangents, 3 * n);
-    facet::detail::size_for_overwrite(m_face_normals, n);
     // The vertex indices packed three per face, for the half-edge lists of both passes.
     carray<std::uint32_t> corners;
-    facet::detail::size_for_overwrite(corners, 3 * n);
-    if (box) facet::detail::size_for_overwrite(m_texcoords, 3 * n);
+    size_shaded_arrays(n, box, corners);
     const facet::detail::face_shading shade(m_vertices, m_texcoords, m_styles, m_texture_rotated,
                                             box);
     face blank;

@@ -1,6 +1,7 @@
 // indexedfaceset: the common tail of the mesh builders.
 #include "facet/ifs.h"
 #include "facet/objects.h"
+#include "ifs/mesh_buffers.h"
 
 void indexedfaceset::finish_mesh(const primitives::basic_object& object) {
     finish_mesh_edges(object);
@@ -36,4 +37,14 @@ void indexedfaceset::apply_display_flags(const primitives::basic_object& object)
     m_show_texture_in_bw_mode = object.show_texture_in_bw_mode();
     m_black_in_bw_mode = object.black_in_bw_mode();
     m_texture_rotated = object.texture_rotated();
+}
+
+void indexedfaceset::size_shaded_arrays(std::uint32_t n, bool box, carray<std::uint32_t>& corners) {
+    // smooth_mesh writes every corner normal, tangent and bitangent: they are left unwritten.
+    facet::detail::size_for_overwrite(m_normals, 3 * n);
+    facet::detail::size_for_overwrite(m_tangents, 3 * n);
+    facet::detail::size_for_overwrite(m_bitangents, 3 * n);
+    facet::detail::size_for_overwrite(m_face_normals, n);
+    facet::detail::size_for_overwrite(corners, 3 * n);
+    if (box) facet::detail::size_for_overwrite(m_texcoords, 3 * n);
 }
