@@ -136,6 +136,11 @@ inline void swap(obj_info& a, obj_info& b) noexcept { a.swap(b); }
 /// record is built aside and swapped into `info` at the end, so if the stream throws (an
 /// exception mask set on it) or memory runs out, `info` is unchanged. The stream is read with
 /// istream::read and is left at its end with eofbit and failbit set.
+///
+/// Memory: where the stream tells its size (files and string streams do), the record's vectors
+/// are sized ahead of the input at the rate their kinds of line have come, and may keep up to
+/// four times the room they end up using (untouched, so only reserved); vectors over 2 MB are
+/// advised onto huge pages on Linux.
 FACET_API void parse_obj(std::istream& in, obj_info& info);
 
 /// Sets the bounding box to the minimum and maximum of the vertices per axis, starting from
